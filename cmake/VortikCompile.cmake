@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: Apache-2.0
+# How every source of ours is compiled, in one interface target.
+#
+# Floating-point results are part of the product: a product is rounded before a sum takes it
+# (-ffp-contract=off), no fast-math flag is ever set, and IEEE doubles are used as they are.
+
+set(VORTIK_SANITIZE "" CACHE STRING "Value of -fsanitize= for all of our code")
+option(VORTIK_COVERAGE "Instrument for gcov" OFF)
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+
+set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+set(CMAKE_CXX_FLAGS_SANITIZED "-O1 -g1 -fno-omit-frame-pointer")
+
+add_library(vortik_compile INTERFACE)
+target_compile_features(vortik_compile INTERFACE cxx_std_20)
+target_compile_options(vortik_compile INTERFACE
+  -ffp-contract=off
+  # Sources are known by their path in the tree, in reports too.
+  $<BUILD_INTERFACE:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>
+  $<BUILD_INTERFACE:-Wall;-Wextra;-Wpedantic;-Wconversion;-Wshadow;-Wsign-conversion>
+  $<BUILD_INTERFACE:-Wold-style-cast;-Wnon-virtual-dtor;-Woverloaded-virtual;-Wcast-align>
+  $<BUILD_INTERFACE:-Wformat=2;-Wundef;-Werror>)
+if(VORTIK_SANITIZE)
+  target_compile_options(vortik_compile INTERFACE
+    -fsanitize=${VORTIK_SANITIZE} -fno-sanitize-recover=all)
+  target_link_options(vortik_compile INTERFACE
+    -fsanitize=${VORTIK_SANITIZE} -fno-sanitize-recover=all)
+endif()
+if(VORTIK_COVERAGE)
+  target_compile_options(vortik_compile INTERFACE --coverage)
+  target_link_options(vortik_compile INTERFACE --coverage)
+endif()

@@ -1,0 +1,57 @@
+# SPDX-License-Identifier: Apache-2.0
+# One call per folder: its library, its tests, its benchmark, its fuzz target.
+
+# vortik_add_folders(BASE folder...)
+# Those of the folders below BASE that have something to build, in their order.
+function(vortik_add_folders base)
+  foreach(folder IN LISTS ARGN)
+    if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${base}/${folder}/CMakeLists.txt")
+      add_subdirectory(${base}/${folder})
+    endif()
+  endforeach()
+endfunction()
+
+# vortik_library(NAME SOURCES source... [USES library...])
+# The static library of the folder that calls it. What a folder may use is checked by a test.
+function(vortik_library name)
+  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  add_library(Vortik::${name} ALIAS ${name})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vortik>)
+  target_link_libraries(${name} PUBLIC vortik_compile ${arg_USES})
+  set_property(GLOBAL APPEND PROPERTY VORTIK_LIBRARIES ${name})
+  file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+  set_property(GLOBAL APPEND PROPERTY VORTIK_FOLDERS ${folder})
+endfunction()
+
+# vortik_test(NAME SOURCES source... USES library... [SLOW])
+# One test program; every test of it becomes a test of ctest. The sanitizers run all but SLOW ones.
+function(vortik_test name)
+  cmake_parse_arguments(arg "SLOW" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_USES} test_support GTest::gtest GTest::gtest_main)
+  set(label quick)
+  if(arg_SLOW)
+    set(label slow)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES LABELS ${label} TIMEOUT 300)
+endfunction()
+
+# vortik_bench(NAME SOURCES source... USES library...)
+function(vortik_bench name)
+  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_USES} benchmark::benchmark benchmark::benchmark_main)
+endfunction()
+
+# vortik_fuzz(NAME SOURCES source... USES library...)
+function(vortik_fuzz name)
+  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_USES})
+  target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endfunction()
