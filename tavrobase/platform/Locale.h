@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+
+namespace Tavro::Platform {
+
+/// While it lives, the C library's text and number functions on this thread behave as in the "C"
+/// locale: "." is the decimal point, and a character is a byte.
+class PlainLocaleScope {
+public:
+    PlainLocaleScope();
+    ~PlainLocaleScope();
+    PlainLocaleScope(const PlainLocaleScope&) = delete;
+    PlainLocaleScope& operator=(const PlainLocaleScope&) = delete;
+    PlainLocaleScope(PlainLocaleScope&&) = delete;
+    PlainLocaleScope& operator=(PlainLocaleScope&&) = delete;
+
+private:
+    struct Saved;
+    std::unique_ptr<Saved> m_saved;
+};
+
+} // namespace Tavro::Platform

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tavrobase/platform/Errors.h"
+
+#include <string>
+#include <vector>
+
+/// Starting child programs. A child gets the caller's environment and working directory, no blocked
+/// signals, and no descriptor of ours but the three standard ones told below.
+namespace Tavro::Platform {
+
+struct Command {
+    std::string program; ///< path of the executable; not searched for
+    std::string name; ///< what the child sees as its own name
+    std::vector<std::string> arguments;
+};
+
+/// How a child ended.
+struct ChildEnd {
+    enum class Kind { Exited, Signalled, Unknown } kind = Kind::Unknown;
+    int value = 0; ///< exit status or signal number
+};
+
+struct StartedChild {
+    long long pid = -1; ///< -1 if the program could not be started
+    ErrorNumber error = 0;
+};
+
+/// Starts a program with nothing on its standard input and its output thrown away. A program that
+/// cannot be executed is a failed start, never a child that ends at once.
+[[nodiscard]] StartedChild start_child(const Command& command);
+
+/// Waits without limit.
+[[nodiscard]] ChildEnd wait_for_child(long long pid);
+
+/// The place at which a captured run failed.
+enum class CaptureStep { None, OutPipe, ErrPipe, OutHandle, ErrHandle, Start, OutRead, ErrRead };
+
+struct CapturedRun {
+    CaptureStep failed = CaptureStep::None;
+    ErrorNumber error = 0;
+    ChildEnd end;
+};
+
+/// Runs a program on the caller's standard input and appends what it writes. Returns when the
+/// program has ended; a grandchild that still holds the output open is not waited for.
+[[nodiscard]] CapturedRun run_captured(const Command& command, std::string& out, std::string& err);
+
+[[nodiscard]] long long current_process_id();
+
+} // namespace Tavro::Platform

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <clocale>
+#include <locale.h>
+
+namespace Tavro::Platform::Posix {
+
+/// The "C" locale as an object, made once and kept for the life of the process.
+[[nodiscard]] inline locale_t c_locale()
+{
+    static const locale_t locale = ::newlocale(LC_ALL_MASK, "C", locale_t {});
+    return locale;
+}
+
+} // namespace Tavro::Platform::Posix
