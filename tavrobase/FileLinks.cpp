@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tavrobase/FileUtilities.h"
+
+#include "tavrobase/Trace.h"
+#include "tavrobase/platform/Files.h"
+
+namespace Tavro {
+
+namespace {
+
+/// Makes room at the target and puts a link there.
+template <typename MakeLink>
+bool link_file(const FilePath& from, const FilePath& to, const char* failure, MakeLink make_link)
+{
+    if (!from.Exists() || from.IsDirectory())
+        throw BadParameter(__FILE__, __LINE__);
+    // A file cannot be replaced by a link to itself.
+    const bool itself = Platform::same_entry(from.Get(), to.Get());
+    if (!itself && to.Exists() && !RemovePath(to))
+        return false;
+    if (!itself && make_link(from.Get(), to.Get()) == 0)
+        return true;
+    PrintErrorDebugHelper(1, failure);
+    PrintErrorDebugHelper(1, "    " + from.Get());
+    PrintErrorDebugHelper(1, " to " + to.Get());
+    return false;
+}
+
+} // namespace
+
+bool SymlinkFile(FilePath from, FilePath to)
+{
+    TAVRO_TRACE_BEGIN("SymlinkFile")
+    return link_file(from, to, "Unable to create a symlink of file:", Platform::make_symbolic_link);
+    TAVRO_TRACE_END
+}
+
+bool LinkFile(FilePath from, FilePath to)
+{
+    TAVRO_TRACE_BEGIN("LinkFile")
+    return link_file(from, to, "Unable to create a link of file:", Platform::make_hard_link);
+    TAVRO_TRACE_END
+}
+
+} // namespace Tavro

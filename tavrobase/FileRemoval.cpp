@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tavrobase/FileUtilities.h"
+
+#include "tavrobase/Trace.h"
+#include "tavrobase/platform/Files.h"
+
+namespace Tavro {
+
+namespace {
+
+bool remove_contents(const FilePath& directory, const char* pattern)
+{
+    for (const std::string& name : GetDirectoryContents(directory, pattern)) {
+        if (name != "." && name != ".." && !RemovePath(directory + ("/" + name)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool RemovePath(FilePath path)
+{
+    TAVRO_TRACE_BEGIN("RemovePath")
+    // Of a link only the link goes: what lies behind it belongs to somebody else.
+    if (Platform::is_symbolic_link(path.Get()))
+        return Platform::remove_file(path.Get()) == 0;
+    if (!path.IsDirectory())
+        return path.Exists() && Platform::remove_file(path.Get()) == 0;
+    return remove_contents(path, "*") && remove_contents(path, ".*")
+        && Platform::remove_directory(path.Get()) == 0;
+    TAVRO_TRACE_END
+}
+
+} // namespace Tavro

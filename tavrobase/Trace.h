@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tavrobase/Exception.h"
+
+namespace Tavro {
+
+/// Prints "Entering " and "Leaving " around a function and indents what is printed between.
+class TraceFrame {
+public:
+    explicit TraceFrame(const char* function);
+    ~TraceFrame();
+    TraceFrame(const TraceFrame&) = delete;
+    TraceFrame& operator=(const TraceFrame&) = delete;
+    TraceFrame(TraceFrame&&) = delete;
+    TraceFrame& operator=(TraceFrame&&) = delete;
+
+    /// Reports an error that passes through the function; `file` and `line` are the handler's.
+    void Caught(const Exception& error, const char* file, int line) const;
+    void CaughtUnknown(const char* file, int line) const;
+
+private:
+    void Report(const std::string& words, const char* file, int line) const;
+
+    const char* m_function;
+};
+
+} // namespace Tavro
+
+/// The body of a traced function stands between these two. An error that leaves it is reported and
+/// thrown on; "Leaving " follows the report.
+#define TAVRO_TRACE_BEGIN(function)                                                                \
+    const ::Tavro::TraceFrame traceFrame(function);                                                \
+    try {
+#define TAVRO_TRACE_END                                                                            \
+    }                                                                                              \
+    catch (const ::Tavro::Exception& error)                                                        \
+    {                                                                                              \
+        traceFrame.Caught(error, __FILE__, __LINE__);                                              \
+        throw;                                                                                     \
+    }                                                                                              \
+    catch (...)                                                                                    \
+    {                                                                                              \
+        traceFrame.CaughtUnknown(__FILE__, __LINE__);                                              \
+        throw;                                                                                     \
+    }
