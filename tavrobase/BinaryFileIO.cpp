@@ -155,6 +155,7 @@ bool BinaryFileIO::WriteIntegerType(
 }
 
 // The same four operations for each of the six integer types of the files.
+// NOLINTBEGIN(bugprone-macro-parentheses): a type is no expression
 #define TAVRO_INTEGER_TYPE(T)                                                                      \
     bool BinaryFileIO::ReadLittleEndian(std::ifstream& stream, T& value)                           \
     {                                                                                              \
@@ -181,6 +182,7 @@ TAVRO_INTEGER_TYPE(int)
 TAVRO_INTEGER_TYPE(long long)
 
 #undef TAVRO_INTEGER_TYPE
+// NOLINTEND(bugprone-macro-parentheses)
 
 bool BinaryFileIO::ReadIEEE(std::ifstream& stream, float& value)
 {

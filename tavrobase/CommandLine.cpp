@@ -167,8 +167,8 @@ std::vector<std::string> words_of(const std::string& text, char delimiter)
 
 CommandLine::CommandLine(const CommandLine& /*other*/) { forbid("copy constructor"); }
 
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp): every assignment ends the
-// process
+// Every assignment ends the process.
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
 CommandLine& CommandLine::operator=(const CommandLine& /*other*/) { forbid("operator="); }
 
 void CommandLine::SetParameters(int argc, const char* const* argv)

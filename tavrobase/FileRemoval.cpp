@@ -4,17 +4,18 @@
 #include "tavrobase/Trace.h"
 #include "tavrobase/platform/Files.h"
 
+#include <algorithm>
+
 namespace Tavro {
 
 namespace {
 
 bool remove_contents(const FilePath& directory, const char* pattern)
 {
-    for (const std::string& name : GetDirectoryContents(directory, pattern)) {
-        if (name != "." && name != ".." && !RemovePath(directory + ("/" + name)))
-            return false;
-    }
-    return true;
+    const auto names = GetDirectoryContents(directory, pattern);
+    return std::all_of(names.begin(), names.end(), [&directory](const std::string& name) {
+        return name == "." || name == ".." || RemovePath(directory + ("/" + name));
+    });
 }
 
 } // namespace

@@ -35,7 +35,7 @@ public:
             return;
         std::array<char, 256> words {};
         ::regerror(error, &m_expression, words.data(), words.size());
-        std::fprintf(stderr, "%s/%d: regcomp failed: %s\n", __FILE__, __LINE__, words.data());
+        (void)std::fprintf(stderr, "%s/%d: regcomp failed: %s\n", __FILE__, __LINE__, words.data());
         std::exit(kFailure);
     }
     ~NumberedName() { ::regfree(&m_expression); }
@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    static constexpr const char* kExpression = "\\(.*\\)_\\([0-9][0-9][0-9][0-9][0-9]\\)\\(.*\\)";
+    static constexpr const char* kExpression = R"(\(.*\)_\([0-9][0-9][0-9][0-9][0-9]\)\(.*\))";
 
     regex_t m_expression {};
 };
@@ -83,7 +83,7 @@ unsigned int FindNumberedFiles(std::string path, std::vector<std::string>& out)
         = EscapeWildcards(parts->stem) + "_[0-9]*" + EscapeWildcards(parts->rest);
     const std::size_t before = out.size();
     if (const auto error = ExpandWildcard("", pattern, out)) {
-        std::fprintf(stderr, "%s/%d: glob error: %s\n", __FILE__, __LINE__,
+        (void)std::fprintf(stderr, "%s/%d: glob error: %s\n", __FILE__, __LINE__,
             Platform::error_text(error).c_str());
         std::exit(kFailure);
     }

@@ -71,9 +71,9 @@ constexpr std::array<std::pair<char, std::string_view>, 15> kSuperscripts { {
 std::string NumToString(double number)
 {
     std::array<char, kLongestReal> text {};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number,
+    auto* const end = std::to_chars(text.data(), text.data() + text.size(), number,
         std::chars_format::general, kStreamPrecision)
-                         .ptr;
+                          .ptr;
     return { text.data(), end };
 }
 

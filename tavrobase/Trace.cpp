@@ -35,6 +35,13 @@ void outdent()
     strDebugIndentLevel.erase(0, 3);
 }
 
+void report(const std::string& words, const char* file, int line)
+{
+    PrintErrorDebugHelper(kDetailLevel, words);
+    PrintErrorDebugHelper(
+        kDetailLevel, std::string("Caught in ") + file + ": " + std::to_string(line));
+}
+
 } // namespace
 
 void PrintErrorDebugHelper(int level, std::string text)
@@ -74,20 +81,13 @@ TraceFrame::~TraceFrame()
 void TraceFrame::Caught(const Exception& error, const char* file, int line) const
 {
     PrintErrorDebugHelper(kErrorLevel, std::string("Caught error in ") + m_function);
-    Report(error.What(), file, line);
+    report(error.What(), file, line);
 }
 
 void TraceFrame::CaughtUnknown(const char* file, int line) const
 {
     PrintErrorDebugHelper(kErrorLevel, std::string("Caught error in ") + m_function);
-    Report("Unknown exception type", file, line);
-}
-
-void TraceFrame::Report(const std::string& words, const char* file, int line) const
-{
-    PrintErrorDebugHelper(kDetailLevel, words);
-    PrintErrorDebugHelper(
-        kDetailLevel, std::string("Caught in ") + file + ": " + std::to_string(line));
+    report("Unknown exception type", file, line);
 }
 
 } // namespace Tavro

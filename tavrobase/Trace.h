@@ -20,8 +20,6 @@ public:
     void CaughtUnknown(const char* file, int line) const;
 
 private:
-    void Report(const std::string& words, const char* file, int line) const;
-
     const char* m_function;
 };
 

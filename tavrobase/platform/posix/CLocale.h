@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <clocale>
-#include <locale.h>
+#include <locale.h> // NOLINT(modernize-deprecated-headers): locale_t is not in <clocale>
 
 namespace Tavro::Platform::Posix {
 
