@@ -32,10 +32,9 @@ public:
     /// Source line of the throw.
     [[nodiscard]] unsigned short LineNumber() const;
 
-private:
-    std::string m_strErrorMessage;
-    std::string m_strFilename;
-    unsigned short m_ushtLineNumber = 0;
+    std::string m_strErrorMessage; ///< never empty
+    std::string m_strFilename; ///< never empty
+    unsigned short m_ushtLineNumber = 0; ///< never 0
 };
 
 /// "Internal memory management error".
@@ -88,7 +87,6 @@ public:
     /// Bytes that were asked for.
     [[nodiscard]] unsigned short Size() const;
 
-private:
     unsigned short m_ushtSize;
 };
 

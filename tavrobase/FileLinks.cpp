@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tavrobase/FileUtilities.h"
 
+#include "tavrobase/PathIdentity.h"
 #include "tavrobase/Trace.h"
 #include "tavrobase/platform/Files.h"
 
@@ -14,11 +15,11 @@ bool link_file(const FilePath& from, const FilePath& to, const char* failure, Ma
 {
     if (!from.Exists() || from.IsDirectory())
         throw BadParameter(__FILE__, __LINE__);
-    // A file cannot be replaced by a link to itself.
-    const bool itself = Platform::same_entry(from.Get(), to.Get());
-    if (!itself && to.Exists() && !RemovePath(to))
+    // Making room for the link must not take away what it is to lead to.
+    const bool safe = !Platform::same_entry(from.Get(), to.Get()) && !GoesWith(from, to);
+    if (safe && IsOccupied(to) && !RemovePath(to))
         return false;
-    if (!itself && make_link(from.Get(), to.Get()) == 0)
+    if (safe && make_link(from.Get(), AsEntry(to).Get()) == 0)
         return true;
     PrintErrorDebugHelper(1, failure);
     PrintErrorDebugHelper(1, "    " + from.Get());

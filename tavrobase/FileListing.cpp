@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tavrobase/FileUtilities.h"
 
+#include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
 #include "tavrobase/Trace.h"
 #include "tavrobase/Wildcard.h"
 
-#include <algorithm>
+#include <set>
 
 namespace Tavro {
 
@@ -25,7 +26,8 @@ std::vector<std::string> GetDirectoryContents(FilePath directory, std::string pa
         // The name goes in as it stands on disk: a "~" or a backslash in it means nothing here.
         FilePath entry;
         entry.Append(path);
-        names.push_back(path.substr(path.rfind('/') + 1) + (entry.IsDirectory() ? "/" : ""));
+        const std::string text = AsEntry(entry).Get();
+        names.push_back(text.substr(text.rfind('/') + 1) + (entry.IsDirectory() ? "/" : ""));
     }
     return names;
     TAVRO_TRACE_END
@@ -34,14 +36,15 @@ std::vector<std::string> GetDirectoryContents(FilePath directory, std::string pa
 FilePath GetUniqueName(FilePath directory, std::string base, std::string extension)
 {
     TAVRO_TRACE_BEGIN("GetUniqueName")
-    const auto taken
+    const auto listed
         = GetDirectoryContents(directory, EscapeWildcards(base) + "*" + EscapeWildcards(extension));
-    const auto is_taken = [&taken](const std::string& name) {
-        return std::any_of(taken.begin(), taken.end(),
-            [&name](const std::string& entry) { return entry == name || entry == name + "/"; });
+    const std::set<std::string> taken(listed.begin(), listed.end());
+    // A hidden name is not listed and a directory is listed with "/"; both are taken all the same.
+    const auto is_free = [&](const std::string& name) {
+        return !taken.contains(name) && !IsOccupied(directory + name);
     };
     std::string candidate = base + extension;
-    for (unsigned int number = 2; is_taken(candidate); ++number)
+    for (unsigned int number = 2; !is_free(candidate); ++number)
         candidate = base + NumToString(number) + extension;
     return directory + candidate;
     TAVRO_TRACE_END

@@ -80,8 +80,6 @@ public:
     [[nodiscard]] bool operator>=(const FilePath& other) const;
 
 private:
-    void Store(const std::string& normalised);
-
     boost::filesystem::path m_path;
     bool m_bInitialized = false;
 };

@@ -29,6 +29,13 @@ boost::filesystem::file_status status_of(const boost::filesystem::path& path)
     return boost::filesystem::status(path, ignored);
 }
 
+/// Whether it is an existing directory that does not end in "/".
+bool lacks_slash(const boost::filesystem::path& path)
+{
+    return !path.empty() && !path.string().ends_with('/')
+        && status_of(path).type() == boost::filesystem::directory_file;
+}
+
 /// Turns backslashes into slashes, but leaves the shell escapes of a path from a POSIX system.
 void turn_backslashes(std::string& text)
 {
@@ -133,7 +140,9 @@ FilePath::FilePath(const std::string& text)
 {
     const bool strip = text.size() > 2 && text.starts_with("./");
     if (!text.empty())
-        Store(normalised(strip ? text.substr(2) : text));
+        FilePath::Append(normalised(strip ? text.substr(2) : text));
+    if (lacks_slash(m_path))
+        FilePath::Append("/");
 }
 
 FilePath::FilePath(const FilePath& other) = default;
@@ -218,10 +227,10 @@ std::string FilePath::GetRelative(FilePath base) const
 
 void FilePath::Set(const std::string& text)
 {
-    if (text.empty())
-        Store(text);
-    else
-        Store(normalised(text.starts_with("./") ? text.substr(2) : text));
+    m_path = text.empty() ? text : normalised(text.starts_with("./") ? text.substr(2) : text);
+    m_bInitialized = !m_path.empty();
+    if (lacks_slash(m_path))
+        Append("/");
 }
 
 void FilePath::Append(const std::string& text)
@@ -281,14 +290,6 @@ bool FilePath::operator==(const FilePath& other) const { return Get() == other.G
 bool FilePath::operator!=(const FilePath& other) const { return Get() != other.Get(); }
 bool FilePath::operator<=(const FilePath& other) const { return Get() <= other.Get(); }
 bool FilePath::operator>=(const FilePath& other) const { return Get() >= other.Get(); }
-
-void FilePath::Store(const std::string& normalised)
-{
-    m_path = normalised;
-    m_bInitialized = !normalised.empty();
-    if (m_bInitialized && !normalised.ends_with('/') && FilePath::IsDirectory())
-        FilePath::Append("/");
-}
 
 std::ostream& operator<<(std::ostream& stream, const FilePath& path)
 {

@@ -25,14 +25,15 @@ bool RemovePath(FilePath path);
 /// Errors: `BadParameter` if the source is missing.
 bool copyFile(FilePath from, FilePath to);
 
-/// Moves a file or a directory by copying and removing, over what is at the target. False if
-/// anything failed; what could not be copied completely is still at the source. Errors:
+/// Moves a file or a directory by copying and removing, in place of what is at the target. A link
+/// to a directory moves as a link. False if anything failed; what could not be moved completely is
+/// still at the source. A move that would destroy its source or never end is refused. Errors:
 /// `BadParameter` if the source is missing.
 bool moveFile(FilePath from, FilePath to);
 
 /// Copies a text without the carriage returns before its line ends. A text that ends in a line end
-/// gains an empty line. False if a line could not be written. Errors: `BadParameter` if the source
-/// is missing.
+/// gains an empty line. False if the source cannot be opened or a line cannot be written. Errors:
+/// `BadParameter` if the source is missing.
 bool copyTxtFileStripDOS(FilePath from, FilePath to);
 
 /// Gives a file another name in its directory; never over an existing one.
@@ -54,14 +55,16 @@ int ChangeFilePermissions(FilePath file, unsigned int mode);
 [[nodiscard]] FilePath GetUniqueName(FilePath directory, std::string base, std::string extension);
 
 /// Appends all files of the series to which a path like "out_00012.dat" belongs, and tells how
-/// many. Errors: ends the process with -1 if a directory cannot be listed. Draws no trace lines.
+/// many. Errors: ends the process with -1 if the system fails to list a directory; one that is
+/// missing or may not be read has no files. Draws no trace lines.
 unsigned int FindNumberedFiles(std::string path, std::vector<std::string>& out);
 
 /// Shortens a list of names for display: the first numbered name gets "###" for its number and
 /// stands for all numbered names behind it. Tells how many went. Draws no trace lines.
 int CompressNumberedFiles(std::vector<std::string>& names);
 
-/// Makes a link at `to` that leads to the file `from`, in place of what is there.
+/// Makes a link at `to` that leads to the file `from`, in place of what is there. One that would
+/// take away what it leads to is refused.
 /// Errors: `BadParameter` if the source is missing or a directory.
 bool SymlinkFile(FilePath from, FilePath to);
 bool LinkFile(FilePath from, FilePath to);
@@ -74,7 +77,8 @@ bool LinkFile(FilePath from, FilePath to);
 /// Changes the working directory; a failure is reported.
 bool SetCurrentDirectoryA(FilePath directory);
 
-/// The top of the chain of directories above the working directory. Draws no trace lines.
+/// Climbs from the working directory to the top of the chain of `GetPath`, which lies above the
+/// root: the result is "./". Draws no trace lines.
 [[nodiscard]] FilePath GetWorkingDirectory();
 
 /// Seconds since 1970; 0 if the file is missing.

@@ -7,6 +7,7 @@
 
 #include <regex.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>

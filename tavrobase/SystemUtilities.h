@@ -6,8 +6,7 @@
 #include <string>
 
 /// Who and where the process is, sleeping, and memory figures. The figures come from the files
-/// below
-/// "/proc"; a system without them gives failures. Nothing throws.
+/// below "/proc"; a system without them gives failures. Nothing throws.
 namespace Tavro {
 
 /// Name of the user on whose behalf the process runs; empty if it has none.
@@ -66,14 +65,14 @@ struct ProcessData {
 [[nodiscard]] unsigned int GetVirtualMemorySize(bool& success);
 [[nodiscard]] unsigned int GetTotalPageFaults(bool& success);
 /// Page faults of this process since the last call, or since its start at the first.
-[[nodiscard]] unsigned int GetPageFaultsSinceLastCall(bool& success);
+unsigned int GetPageFaultsSinceLastCall(bool& success);
 
 /// Seconds since the last call; the whole clock at the first.
-[[nodiscard]] int SYS_REALTIME_LC_S();
+int SYS_REALTIME_LC_S();
 /// Megabytes of this process, or -1.0.
 [[nodiscard]] double SYS_PMUSED_MB();
 [[nodiscard]] double SYS_VMSIZE_MB();
 /// `GetPageFaultsSinceLastCall`, or -1; the two share one count.
-[[nodiscard]] int SYS_PAGEFLT_LC_MB();
+int SYS_PAGEFLT_LC_MB();
 
 } // namespace Tavro

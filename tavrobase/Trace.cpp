@@ -72,22 +72,29 @@ TraceFrame::TraceFrame(const char* function)
     indent();
 }
 
-TraceFrame::~TraceFrame()
-{
-    outdent();
-    PrintErrorDebugHelper(kTraceLevel, std::string("Leaving ") + m_function);
-}
+TraceFrame::~TraceFrame() { Leave(); }
 
-void TraceFrame::Caught(const Exception& error, const char* file, int line) const
+void TraceFrame::Caught(const Exception& error, const char* file, int line)
 {
     PrintErrorDebugHelper(kErrorLevel, std::string("Caught error in ") + m_function);
     report(error.What(), file, line);
+    Leave();
 }
 
-void TraceFrame::CaughtUnknown(const char* file, int line) const
+void TraceFrame::CaughtUnknown(const char* file, int line)
 {
     PrintErrorDebugHelper(kErrorLevel, std::string("Caught error in ") + m_function);
     report("Unknown exception type", file, line);
+    Leave();
+}
+
+void TraceFrame::Leave()
+{
+    if (m_left)
+        return;
+    m_left = true;
+    outdent();
+    PrintErrorDebugHelper(kTraceLevel, std::string("Leaving ") + m_function);
 }
 
 } // namespace Tavro

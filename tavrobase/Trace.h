@@ -16,19 +16,23 @@ public:
     TraceFrame& operator=(TraceFrame&&) = delete;
 
     /// Reports an error that passes through the function; `file` and `line` are the handler's.
-    void Caught(const Exception& error, const char* file, int line) const;
-    void CaughtUnknown(const char* file, int line) const;
+    /// "Leaving " follows at once: there may be nobody above for whom the stack would be unwound.
+    void Caught(const Exception& error, const char* file, int line);
+    void CaughtUnknown(const char* file, int line);
 
 private:
+    void Leave();
+
     const char* m_function;
+    bool m_left = false;
 };
 
 } // namespace Tavro
 
 /// The body of a traced function stands between these two. An error that leaves it is reported and
-/// thrown on; "Leaving " follows the report.
+/// thrown on.
 #define TAVRO_TRACE_BEGIN(function)                                                                \
-    const ::Tavro::TraceFrame traceFrame(function);                                                \
+    ::Tavro::TraceFrame traceFrame(function);                                                      \
     try {
 #define TAVRO_TRACE_END                                                                            \
     }                                                                                              \

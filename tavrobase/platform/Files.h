@@ -26,7 +26,8 @@ constexpr unsigned kMayAll = kMayRead | kMayWrite | kMayExecute;
 /// nothing.
 [[nodiscard]] ErrorNumber remove_file(const std::string& path);
 [[nodiscard]] ErrorNumber remove_directory(const std::string& path);
-/// Never replaces what already has the new name.
+/// Never replaces what already has the new name. Where the file system cannot look and rename in
+/// one step these are two.
 [[nodiscard]] ErrorNumber rename_entry(const std::string& from, const std::string& to);
 [[nodiscard]] ErrorNumber change_mode(const std::string& path, unsigned mode);
 
@@ -52,13 +53,16 @@ struct FileFacts {
 /// A link at `link` that leads to `target`; a relative target is one of the working directory.
 [[nodiscard]] ErrorNumber make_symbolic_link(const std::string& target, const std::string& link);
 [[nodiscard]] ErrorNumber make_hard_link(const std::string& target, const std::string& link);
+/// A second link at `to` that leads to the same place as the link `from`, or to the same nowhere.
+[[nodiscard]] ErrorNumber copy_link(const std::string& from, const std::string& to);
 
 /// Hides an existing file from plain listings where the system has an attribute for that.
 /// True if the file exists.
 [[nodiscard]] bool hide_file(const std::string& path);
 
 /// Appends the names in a directory in the order in which the system lists them, without "." and
-/// "..". A directory that is not there has no names, and that is no error.
+/// "..". A directory that is not there or may not be read has no names,
+/// and that is no error.
 [[nodiscard]] ErrorNumber list_directory(const std::string& path, std::vector<std::string>& names);
 
 /// Shell wildcard match of one name: "*", "?", "[...]", and a backslash that takes the next

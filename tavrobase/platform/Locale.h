@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
-
 namespace Tavro::Platform {
 
 /// While it lives, the C library's text and number functions on this thread behave as in the "C"
@@ -17,8 +15,7 @@ public:
     PlainLocaleScope& operator=(PlainLocaleScope&&) = delete;
 
 private:
-    struct Saved;
-    std::unique_ptr<Saved> m_saved;
+    void* m_saved; // the system's handle of the locale before
 };
 
 } // namespace Tavro::Platform

@@ -7,7 +7,8 @@
 #include <vector>
 
 /// Starting child programs. A child gets the caller's environment and working directory, no blocked
-/// signals, and no descriptor of ours but the three standard ones told below.
+/// signals (those that the caller ignores stay ignored, so that a run under nohup survives as a
+/// whole), and no descriptor of ours but the three standard ones, whatever those are.
 namespace Tavro::Platform {
 
 struct Command {

@@ -15,7 +15,8 @@ namespace Tavro::Platform {
 /// Sets `name` unless an error is returned.
 [[nodiscard]] ErrorNumber host_name(std::string& name);
 
-/// The real user's home: the environment's "HOME" if set, else the user database.
+/// The real user's home: the environment's "HOME" if it is set and not empty, else the user
+/// database.
 [[nodiscard]] std::optional<std::string> home_directory();
 
 /// The folder for documents that all users of the machine share.

@@ -49,6 +49,13 @@ bool exists(const std::string& path)
     return ::lstat(path.c_str(), &facts) == 0;
 }
 
+/// Errors by which a directory has no names for us; all others mean that the system is in trouble.
+bool is_no_match(int error)
+{
+    return error == ENOENT || error == ENOTDIR || error == EACCES || error == ELOOP
+        || error == ENAMETOOLONG;
+}
+
 bool same_file(const struct stat& left, const struct stat& right)
 {
     return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
@@ -79,14 +86,15 @@ ErrorNumber remove_directory(const std::string& path)
 
 ErrorNumber rename_entry(const std::string& from, const std::string& to)
 {
+    const std::string entry = without_last_slashes(from); // "link/" would be what it leads to
     const auto error = Posix::error_of(
-        ::renameat2, AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), unsigned { RENAME_NOREPLACE });
+        ::renameat2, AT_FDCWD, entry.c_str(), AT_FDCWD, to.c_str(), unsigned { RENAME_NOREPLACE });
     if (error != EINVAL && error != ENOSYS)
         return error;
     // The file system cannot do both in one step; a plain rename would replace without a word.
     if (exists(to))
         return EEXIST;
-    return Posix::error_of(::rename, from.c_str(), to.c_str());
+    return Posix::error_of(::rename, entry.c_str(), to.c_str());
 }
 
 ErrorNumber change_mode(const std::string& path, unsigned mode)
@@ -139,19 +147,28 @@ bool same_entry(const std::string& left, const std::string& right)
 ErrorNumber make_symbolic_link(const std::string& target, const std::string& link)
 {
     // A link's text is read from the link's own directory, the caller's from the working directory.
-    std::string text = target;
-    if (text.empty() || text.front() != '/') {
-        const auto here = working_directory();
-        if (!here)
-            return errno;
-        text = *here + "/" + text;
-    }
-    return Posix::error_of(::symlink, text.c_str(), link.c_str());
+    if (target.starts_with('/'))
+        return Posix::error_of(::symlink, target.c_str(), link.c_str());
+    const auto here = working_directory();
+    if (!here)
+        return ENOENT;
+    return Posix::error_of(::symlink, (*here + "/" + target).c_str(), link.c_str());
 }
 
 ErrorNumber make_hard_link(const std::string& target, const std::string& link)
 {
     return Posix::error_of(::link, target.c_str(), link.c_str());
+}
+
+ErrorNumber copy_link(const std::string& from, const std::string& to)
+{
+    std::vector<char> text(PATH_MAX);
+    const auto length = ::readlink(without_last_slashes(from).c_str(), text.data(), text.size());
+    if (length < 0)
+        return errno;
+    const std::string target(text.data(), static_cast<std::size_t>(length));
+    return make_symbolic_link(
+        target.starts_with('/') ? target : entry_of(from).directory + "/" + target, to);
 }
 
 bool hide_file(const std::string& path)
@@ -164,7 +181,7 @@ ErrorNumber list_directory(const std::string& path, std::vector<std::string>& na
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(path.c_str()), ::closedir);
     if (!directory)
-        return errno == ENOENT || errno == ENOTDIR ? 0 : errno;
+        return is_no_match(errno) ? 0 : errno;
     for (;;) {
         errno = 0;
         const dirent* entry = ::readdir(directory.get());

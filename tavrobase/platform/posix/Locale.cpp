@@ -5,15 +5,11 @@
 
 namespace Tavro::Platform {
 
-struct PlainLocaleScope::Saved {
-    locale_t locale;
-};
-
 PlainLocaleScope::PlainLocaleScope()
-    : m_saved(std::make_unique<Saved>(Saved { ::uselocale(Posix::c_locale()) }))
+    : m_saved(::uselocale(Posix::c_locale()))
 {
 }
 
-PlainLocaleScope::~PlainLocaleScope() { ::uselocale(m_saved->locale); }
+PlainLocaleScope::~PlainLocaleScope() { ::uselocale(static_cast<locale_t>(m_saved)); }
 
 } // namespace Tavro::Platform

@@ -141,11 +141,13 @@ ErrorNumber make_non_blocking(const Descriptor& fd)
     return Posix::error_of(::fcntl, fd.get(), F_SETFL, O_NONBLOCK);
 }
 
-/// Appends what is there now. Closes the pipe at its end.
+/// Appends what is there now, but no more than the pipe can hold at once: a writer that is faster
+/// than we are must not keep us. Closes the pipe at its end.
 ErrorNumber drain(Descriptor& pipe, std::string& text)
 {
     std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
-    while (pipe) {
+    const int capacity = pipe ? ::fcntl(pipe.get(), F_GETPIPE_SZ) : 0;
+    for (long long rest = capacity; pipe && rest > 0;) {
         const auto got = Posix::uninterrupted(::read, pipe.get(), block.data(), block.size());
         if (got < 0)
             return errno == EAGAIN ? 0 : errno;
@@ -153,6 +155,7 @@ ErrorNumber drain(Descriptor& pipe, std::string& text)
             (void)pipe.close(); // a read end has nothing to lose
         else
             text.append(block.data(), static_cast<std::size_t>(got));
+        rest -= got;
     }
     return 0;
 }

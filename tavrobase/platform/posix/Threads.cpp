@@ -76,8 +76,8 @@ ErrorNumber Thread::start(Entry entry, void* argument)
 
 void Thread::join()
 {
-    if (m_handle)
-        ::pthread_join(m_handle->thread, nullptr);
+    if (m_handle && ::pthread_join(m_handle->thread, nullptr) != 0)
+        ::pthread_detach(m_handle->thread); // it would be waiting for itself
     m_handle.reset();
 }
 
