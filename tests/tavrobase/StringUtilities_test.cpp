@@ -3,4 +3,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(NumToString, ADoubleHasSixSignificantDigits) { EXPECT_EQ(Tavro::NumToString(1234.5678), "1234.57"); }
+TEST(NumToString, ADoubleHasSixSignificantDigits)
+{
+    EXPECT_EQ(Tavro::NumToString(1234.5678), "1234.57");
+}

@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string_view>
 
@@ -162,13 +163,16 @@ ErrorNumber make_hard_link(const std::string& target, const std::string& link)
 
 ErrorNumber copy_link(const std::string& from, const std::string& to)
 {
-    std::vector<char> text(PATH_MAX);
-    const auto length = ::readlink(without_last_slashes(from).c_str(), text.data(), text.size());
-    if (length < 0)
-        return errno;
-    const std::string target(text.data(), static_cast<std::size_t>(length));
-    return make_symbolic_link(
-        target.starts_with('/') ? target : entry_of(from).directory + "/" + target, to);
+    // Where it leads is worked out in full: a way through the link's own directory ends with that.
+    std::error_code error;
+    auto target = std::filesystem::weakly_canonical(without_last_slashes(from), error);
+    if (error || std::filesystem::is_symlink(target, error)) { // it leads nowhere
+        target = std::filesystem::read_symlink(without_last_slashes(from), error);
+        if (error)
+            return error.value();
+        target = (std::filesystem::absolute(entry_of(from).directory) / target).lexically_normal();
+    }
+    return make_symbolic_link(target.string(), to);
 }
 
 bool hide_file(const std::string& path)
