@@ -30,6 +30,10 @@ if(VORTIK_SANITIZE)
   target_link_options(vortik_compile INTERFACE
     -fsanitize=${VORTIK_SANITIZE} -fno-sanitize-recover=all)
 endif()
+if(VORTIK_BUILD_FUZZ)
+  # A fuzzer is led by the branches of what it calls, so the libraries count them too.
+  target_compile_options(vortik_compile INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(VORTIK_COVERAGE)
   target_compile_options(vortik_compile INTERFACE --coverage)
   target_link_options(vortik_compile INTERFACE --coverage)
