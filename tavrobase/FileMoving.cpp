@@ -24,18 +24,23 @@ bool copy_completely(const FilePath& from, const FilePath& to)
 
 bool make_room(const FilePath& to) { return !IsOccupied(to) || RemovePath(to); }
 
+/// Where something other than a directory can stand once the target has made room. A "/" at the end
+/// of a name that is not there yet stays, and nothing but a directory can be made under it.
+FilePath place_at(const FilePath& to) { return IsOccupied(to) ? AsEntry(to) : to; }
+
 /// A link that leads to a directory or nowhere moves as a link: what lies behind it stays where it
 /// is.
 bool move_link(const FilePath& from, const FilePath& to)
 {
-    return make_room(to) && Platform::copy_link(from.Get(), AsEntry(to).Get()) == 0
-        && RemovePath(from);
+    const FilePath place = place_at(to);
+    return make_room(to) && Platform::copy_link(from.Get(), place.Get()) == 0 && RemovePath(from);
 }
 
 bool move_file(const FilePath& from, const FilePath& to)
 {
     // Known before the target is given up for it.
-    return from.HasReadPermissions() && make_room(to) && copy_completely(from, AsEntry(to))
+    const FilePath place = place_at(to);
+    return from.HasReadPermissions() && make_room(to) && copy_completely(from, place)
         && RemovePath(from);
 }
 

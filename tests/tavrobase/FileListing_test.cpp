@@ -260,11 +260,11 @@ TEST_F(FileListing, AUniqueNameAvoidsDirectoriesAndDanglingLinks)
     EXPECT_EQ(unique("a", ".txt"), "a3.txt");
 }
 
-// A wildcard leaves out hidden names, and the list is made with one.
-TEST_F(FileListing, AUniqueNameDoesNotSeeHiddenOnes)
+// A wildcard leaves out hidden names, so the listing alone would call this one free.
+TEST_F(FileListing, AUniqueNameAvoidsHiddenOnes)
 {
     make({ ".a.txt" });
-    EXPECT_EQ(unique(".a", ".txt"), ".a.txt");
+    EXPECT_EQ(unique(".a", ".txt"), ".a2.txt");
 }
 
 TEST_F(FileListing, AUniqueNameOfAMissingDirectoryThrowsThroughBothFrames)

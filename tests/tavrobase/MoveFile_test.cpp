@@ -452,7 +452,7 @@ TEST_F(MoveFile, TheTraceOfAMissingSourceShowsTheErrorPassing)
         "|  Entering Exception::What\n"
         "|  Leaving Exception::What\n"
         "Internal data management error\n"
-        "Caught in tavrobase/FileCopying.cpp: N\n"
+        "Caught in tavrobase/FileMoving.cpp: N\n"
         "Leaving moveFile\n"
         "Entering BadParameter::~BadParameter\n"
         "Leaving BadParameter::~BadParameter\n"

@@ -145,17 +145,17 @@ TEST_F(PlatformFiles, ADirectoryThatIsNotThereHasNoNames)
     EXPECT_EQ(names, Names {});
 }
 
-TEST_F(PlatformFiles, ADirectoryThatCannotBeReadIsAnError)
+TEST_F(PlatformFiles, ADirectoryThatMayNotBeReadHasNoNames)
 {
     set_mode(m_root.path(), 0755);
     make_directory(at("closed"));
     set_mode(at("closed"), 0);
     const Outcome outcome = run_as_ordinary_user([&] {
         Names names;
-        std::cout << (Platform::list_directory(at("closed"), names) == EACCES);
+        std::cout << Platform::list_directory(at("closed"), names) << names.size();
     });
     set_mode(at("closed"), 0755);
-    EXPECT_EQ(outcome.out, "1");
+    EXPECT_EQ(outcome.out, "00");
 }
 
 TEST(NameMatches, KnowsTheWildcardsOfTheShell)
