@@ -24,7 +24,7 @@ bool copy_completely(const FilePath& from, const FilePath& to)
 
 bool make_room(const FilePath& to) { return !IsOccupied(to) || RemovePath(to); }
 
-/// Where something other than a directory can stand once the target has made room. A "/" at the end
+/// Where a file can stand once the target has made room. A "/" at the end
 /// of a name that is not there yet stays, and nothing but a directory can be made under it.
 FilePath place_at(const FilePath& to) { return IsOccupied(to) ? AsEntry(to) : to; }
 
@@ -32,8 +32,9 @@ FilePath place_at(const FilePath& to) { return IsOccupied(to) ? AsEntry(to) : to
 /// is.
 bool move_link(const FilePath& from, const FilePath& to)
 {
-    const FilePath place = place_at(to);
-    return make_room(to) && Platform::copy_link(from.Get(), place.Get()) == 0 && RemovePath(from);
+    // The name of a link to a directory is listed with "/".
+    return make_room(to) && Platform::copy_link(from.Get(), AsEntry(to).Get()) == 0
+        && RemovePath(from);
 }
 
 bool move_file(const FilePath& from, const FilePath& to)
