@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace VRK {
+
+/// Time schedule. The seven vectors are one table, a row per time layer, and share their length.
+/// Members without an initialiser are unset until read.
+struct TimeData {
+    std::uint8_t m_ucFcMode; ///< 1: fully implicit, 2: half, else explicit
+    std::vector<double> m_vecTLen; ///< duration
+    std::vector<std::uint32_t> m_vecNtCell; ///< time steps
+    std::vector<std::uint32_t> m_vecNIter; ///< iterations per step
+    std::vector<double> m_vecRlxu; ///< relaxation factors
+    std::vector<double> m_vecRlxv;
+    std::vector<double> m_vecRlxw;
+    std::vector<double> m_vecRlxp;
+};
+
+} // namespace VRK
