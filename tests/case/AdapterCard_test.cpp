@@ -119,4 +119,27 @@ TEST(AdapterCard, FileTakesTheCycleAndTheStepFromTheRun)
     EXPECT_TRUE(same_bytes(kTypicalCard, directory.bytes("hover.AdptrMain")));
 }
 
+TEST(AdapterCardPage, LinesAreThoseOfTheCard)
+{
+    const auto rows = Testing::FormatPage("adapter-card.md").table("Lines");
+    ASSERT_EQ(rows.size(), 16U);
+    const std::string card = card_of(typical_settings(), 2, 4, 1500);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const std::string line = Testing::line_of(card, static_cast<int>(i) + 1);
+        const std::string text = Testing::unquoted(rows[i].at(1));
+        EXPECT_EQ(rows[i][0], std::to_string(i + 1));
+        EXPECT_TRUE(line.starts_with(text)) << line;
+        if (rows[i].at(2).empty() || text.empty()) {
+            EXPECT_EQ(line, text);
+        }
+    }
+    EXPECT_EQ(Testing::line_of(card, 17), "");
+}
+
+TEST(AdapterCardPage, ExampleIsTheCardOfTheTypicalSettings)
+{
+    EXPECT_TRUE(same_bytes(Testing::FormatPage("adapter-card.md").example("Example"),
+        card_of(typical_settings(), 2, 4, 1500)));
+}
+
 } // namespace

@@ -103,4 +103,25 @@ TEST(BoundaryFile, WritesItsFileReplacingWhatWasThere)
     EXPECT_TRUE(same_bytes(kEveryKind, directory.bytes("BndCnd.dat")));
 }
 
+TEST(BoundaryFilePage, FacesTypesAndExampleAreThoseOfTheFile)
+{
+    const Testing::FormatPage page("boundary-file.md");
+    EXPECT_TRUE(same_bytes(page.example("Example"), card_of(every_kind())));
+
+    for (const auto& row : page.table("Types")) {
+        const int type = row.at(0) == "any other" ? 7 : std::stoi(row[0]);
+        ControllerInput input = blank_case();
+        for (std::int32_t& faceType : input.m_anBoundaryType)
+            faceType = type;
+        std::string expected;
+        for (const auto& face : page.table("Faces")) {
+            expected += Testing::unquoted(face.at(1)) + "\n  " + row.at(1) + '\n';
+            const int values = row.at(2) == "none" ? 0 : row[2].starts_with("one") ? 1 : 3;
+            for (int i = 0; i < values; ++i)
+                expected += "  0\n";
+        }
+        EXPECT_TRUE(same_bytes(expected, card_of(input)));
+    }
+}
+
 } // namespace

@@ -154,4 +154,33 @@ TEST_F(GridGenFile, ViscousInputIsWrittenWithItsZeroBytesToItsOwnPath)
     EXPECT_EQ(Testing::read_file(m_directory.path("visc.inp")), std::string("a\0b\n", 4));
 }
 
+TEST(GridGenPage, ExampleIsTheFileOfItsCaseAndSizesAreRight)
+{
+    const Testing::FormatPage page("grid-generator-input.md");
+    std::string bytes;
+    const auto append = [&](const char* heading) {
+        std::size_t number = 0;
+        for (const auto& row : page.table(heading)) {
+            EXPECT_EQ(row.at(0), std::to_string(++number)) << heading;
+            const std::string example
+                = row.at(4).empty() ? "" : bytes_of_hex(Testing::unquoted(row[4]));
+            const auto times = row[2].find(" x ");
+            if (row[2].starts_with("n x") || row[2].find("each") != std::string::npos)
+                EXPECT_EQ(example.size() % 24, 0U);
+            else
+                EXPECT_EQ(example.size(),
+                    std::stoul(row[2])
+                        * (times == std::string::npos ? 1 : std::stoul(row[2].substr(times + 3))))
+                    << row[1];
+            bytes += example;
+        }
+    };
+    append("File");
+    append("Box entity");
+    append("Triangle entity");
+    ControllerInput input = typical_case();
+    input.m_vecBodies[0].m_vecFacets.pop_back();
+    EXPECT_TRUE(same_bytes(bytes, file_of(input)));
+}
+
 } // namespace

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "case/LabelFile.h"
 
+#include "tests/case/FormatPage.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -176,6 +180,47 @@ TEST(LabelUse, EachAxisHasItsOwnCell)
     LabelBox box;
     ASSERT_EQ(VRK::use_label(label, { 4, 8, 16 }, 10, box), LabelUse::Box);
     EXPECT_EQ(box.m_uintLevel, 2U);
+}
+
+TEST(LabelPage, DefaultsAndShiftsAreThoseOfTheCode)
+{
+    const Testing::FormatPage page("label-file.md");
+    const auto head = page.table("Head");
+    const LabelHead defaults;
+    EXPECT_EQ(std::stoi(head.at(0).at(2)), defaults.m_nLevelLimit);
+    EXPECT_EQ(std::stoi(head.at(1).at(2)), defaults.m_nBackgroundLevel);
+    EXPECT_EQ(std::stod(head.at(2).at(2)), defaults.m_adBackgroundBox[0]);
+    EXPECT_EQ(page.table("Record").size(), 3U);
+    const auto shifts = page.table("Shifts");
+    EXPECT_EQ(std::stoi(shifts.at(0).at(0)), VRK::kSkipLabel);
+    EXPECT_EQ(std::stoi(shifts.at(1).at(0)), VRK::kKeepLevel);
+}
+
+TEST(LabelPage, BoxesOfTheExampleAreThoseOfTheCode)
+{
+    const Testing::FormatPage page("label-file.md");
+    std::istringstream labels(page.example("Example"));
+    const LabelHead head = VRK::read_label_head(labels);
+    std::vector<std::string> made;
+    const auto make = [&](std::int64_t level, const double(&bounds)[6]) {
+        std::ostringstream line;
+        line << level;
+        for (const double bound : bounds)
+            line << ' ' << bound;
+        made.push_back(line.str());
+    };
+    Label label;
+    LabelBox box;
+    while (VRK::read_label(labels, label)) {
+        if (VRK::use_label(label, { 4, 4, 4 }, head.m_nLevelLimit - 1, box) == LabelUse::Box)
+            make(box.m_uintLevel, box.m_adBox);
+    }
+    make(head.m_nBackgroundLevel - 1, head.m_adBackgroundBox);
+
+    std::vector<std::string> stated;
+    for (const auto& row : page.table("Boxes of the example"))
+        stated.push_back(row.at(1) + ' ' + row.at(2));
+    EXPECT_EQ(stated, made);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "tests/support/Isolated.h"
 #include "tests/support/Locales.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace {
@@ -269,6 +270,32 @@ TEST(VerbatimTexts, AreWrittenAsTheyStand)
     write_slvr_traj(input, directory.path("t"));
     EXPECT_EQ(directory.bytes("m"), std::string("a\0b\n", 4));
     EXPECT_EQ(directory.bytes("t"), "no line end");
+}
+
+TEST(SolverCardPage, LinesAreThoseOfTheCard)
+{
+    const Testing::FormatPage page("solver-card.md");
+    const auto rows = page.table("Lines");
+    ASSERT_EQ(rows.size(), 97U);
+    for (const auto& input : { blank_case(), typical_case(), everything_case() }) {
+        const std::string card = card_of(input);
+        EXPECT_EQ(std::count(card.begin(), card.end(), '\n'), 97);
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const std::string line = line_of(card, static_cast<int>(i) + 1);
+            const std::string text = Testing::unquoted(rows[i].at(1));
+            EXPECT_EQ(rows[i][0], std::to_string(i + 1));
+            EXPECT_TRUE(line.starts_with(text)) << line;
+            if (rows[i].at(2).empty() || text.empty()) {
+                EXPECT_EQ(line, text);
+            }
+        }
+    }
+}
+
+TEST(SolverCardPage, ExampleIsTheCardOfTheTypicalCase)
+{
+    const Testing::FormatPage page("solver-card.md");
+    EXPECT_TRUE(same_bytes(page.example("Example"), card_of(typical_case())));
 }
 
 } // namespace

@@ -154,7 +154,7 @@ TEST(SlvrRot, WithoutRotorsTheApplicationTheCountAndTheTrimRemain)
     EXPECT_TRUE(same_bytes(golden("empty.SlvrRot"), card_of(blank_case())));
 }
 
-TEST(SlvrRot, OneRotorWritesTheCard)
+ControllerInput typical_case()
 {
     ControllerInput input = blank_case();
     input.m_vecRotors = { typical_rotor() };
@@ -164,7 +164,12 @@ TEST(SlvrRot, OneRotorWritesTheCard)
     input.m_uintTrimEnd = 5000;
     input.m_dTrimMaxCollectiveChange = 0.5;
     input.m_dTrimTolerance = 1e-4;
-    EXPECT_TRUE(same_bytes(golden("typical.SlvrRot"), card_of(input)));
+    return input;
+}
+
+TEST(SlvrRot, OneRotorWritesTheCard)
+{
+    EXPECT_TRUE(same_bytes(golden("typical.SlvrRot"), card_of(typical_case())));
 }
 
 TEST(SlvrRot, TwoRotorsWithLongTablesWriteTheCard)
@@ -225,6 +230,30 @@ TEST(SlvrRot, WritesItsFileReplacingWhatWasThere)
     input.m_strCaseName = "tail";
     write_slvr_rot(input);
     EXPECT_TRUE(same_bytes(golden("empty.SlvrRot"), directory.bytes("tail.SlvrRot")));
+}
+
+TEST(RotorCardPage, LinesAreTheCommentLinesOfTheCardInOrder)
+{
+    std::vector<std::string> stated;
+    for (const auto& row : Testing::FormatPage("rotor-card.md").table("Lines")) {
+        std::string text = Testing::unquoted(row.at(1));
+        if (const auto n = text.find("<n>"); n != std::string::npos)
+            text.replace(n, 3, "1");
+        stated.push_back(text);
+    }
+    std::vector<std::string> written;
+    std::istringstream card(card_of(typical_case()));
+    for (std::string line; std::getline(card, line);) {
+        if (line.starts_with("#"))
+            written.push_back(line);
+    }
+    EXPECT_EQ(stated, written);
+}
+
+TEST(RotorCardPage, ExampleIsTheCardOfTheTypicalCase)
+{
+    const Testing::FormatPage page("rotor-card.md");
+    EXPECT_TRUE(same_bytes(page.example("Example"), card_of(typical_case())));
 }
 
 } // namespace

@@ -173,4 +173,32 @@ TEST(WriteTimeGrid, AdaptiveRunIsCutAtTheTargetOfTheState)
     EXPECT_TRUE(same_bytes(golden("adaptive-second-layer.Tgrid"), directory.bytes("hover.Tgrid")));
 }
 
+TEST(TimeGridPage, LinesAreThoseOfTheCard)
+{
+    const auto rows = Testing::FormatPage("time-grid.md").table("Lines");
+    ASSERT_EQ(rows.size(), 14U);
+    const std::string card = plain(two_layers());
+    for (std::size_t layer = 1; layer <= 2; ++layer) {
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            EXPECT_EQ(rows[i][0], std::to_string(i + 1));
+            const std::size_t number = i < 2 ? i + 1 : i + 1 + (layer - 1) * 12;
+            const std::string line = line_of(card, static_cast<int>(number));
+            std::string text = rows[i].at(1).empty() ? "" : Testing::unquoted(rows[i][1]);
+            if (const auto at = text.find("<i>"); at != std::string::npos)
+                text.replace(at, 3, std::to_string(layer));
+            EXPECT_TRUE(line.starts_with(text)) << line;
+            if (rows[i].at(2).empty()) {
+                EXPECT_EQ(line, text);
+            }
+        }
+    }
+}
+
+TEST(TimeGridPage, ExamplesAreTheCardsOfTheSchedule)
+{
+    const Testing::FormatPage page("time-grid.md");
+    EXPECT_TRUE(same_bytes(page.example("Example"), plain(two_layers())));
+    EXPECT_TRUE(same_bytes(page.example("Adaptive example"), cut(two_layers(), 125)));
+}
+
 } // namespace
