@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "airfoil/AirfoilTable.h"
+
+#include "tavrobase/AtomicFile.h"
+#include "tavrobase/FileUtilities.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <utility>
+
+namespace Tavro {
+
+std::vector<AirfoilTable::cleanedFile> AirfoilTable::m_cleanedFiles;
+
+namespace {
+
+using Lines = std::vector<std::string_view>;
+
+/// The whole file; nothing if it cannot be opened or read to its end, for a copy of a part would
+/// pass for the table.
+std::optional<std::string> bytes_of(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file.is_open())
+        return std::nullopt;
+    constexpr std::size_t kBlock = std::size_t { 1 } << 20;
+    std::string bytes;
+    for (std::size_t size = 0; file.good();) {
+        bytes.resize(size + kBlock);
+        file.read(bytes.data() + size, kBlock);
+        size += static_cast<std::size_t>(file.gcount());
+        bytes.resize(size);
+    }
+    return file.bad() ? std::nullopt : std::optional(std::move(bytes));
+}
+
+/// The lines without their line ends; what stands behind the last line end is one if it is not
+/// empty.
+Lines lines_of(std::string_view bytes)
+{
+    Lines lines;
+    lines.reserve(static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 1);
+    while (!bytes.empty()) {
+        const auto end = std::min(bytes.find('\n'), bytes.size());
+        std::string_view line = bytes.substr(0, end);
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        lines.push_back(line);
+        bytes.remove_prefix(std::min(end + 1, bytes.size()));
+    }
+    return lines;
+}
+
+bool is_blank(std::string_view line)
+{
+    return line.find_first_not_of(' ') == std::string_view::npos;
+}
+
+/// The first line that is a control line and has as many lines behind it as it promises, blank ones
+/// at the end apart.
+std::optional<std::size_t> find_control_line(const Lines& lines)
+{
+    // Looked for once: looking for it behind every candidate takes time by the square of the file.
+    const auto lastFilled = std::find_if_not(lines.rbegin(), lines.rend(), is_blank);
+    const auto filled = static_cast<std::size_t>(std::distance(lastFilled, lines.rend()));
+
+    AirfoilTable::TitleAndControlLine control;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (!control.parse(lines[i]))
+            continue;
+        const std::size_t expected = control.dataLines();
+        const std::size_t end = i + 1 + expected;
+        if (expected > 0 && end <= lines.size() && filled <= end)
+            return i;
+    }
+    return std::nullopt;
+}
+
+std::string joined(const Lines& lines, std::size_t first)
+{
+    std::string text;
+    for (std::size_t i = first; i < lines.size(); ++i) {
+        if (i > first)
+            text += '\n';
+        text += lines[i];
+    }
+    return text;
+}
+
+/// The hidden neighbour of a file, relative to the working directory where it can be.
+std::string cleaned_name(const FilePath& file)
+{
+    const std::string directory = file.GetPath().Get();
+    const std::string hidden = "." + file.GetName();
+    // Of ".//.name" a path would keep "/.name", at the top of the file system.
+    const FilePath cleaned(directory == "./" ? hidden : directory + "/" + hidden);
+    return cleaned.GetRelative(getCurrentDirectory());
+}
+
+/// Name of the copy that was made; nothing if none is needed or possible.
+std::optional<std::string> write_cleaned(const std::string& path)
+{
+    const FilePath file(path);
+    auto bytes = bytes_of(path);
+    if (!bytes)
+        bytes = bytes_of(file.Get()); // named with backslashes or "~"
+    if (!bytes)
+        return std::nullopt;
+    const Lines lines = lines_of(*bytes);
+    const auto control = find_control_line(lines);
+    if (!control || *control == 0)
+        return std::nullopt;
+    if (!file.Exists()) // a "~" or ".." in the name means another place to a path than to the
+                        // system
+        return std::nullopt;
+    std::string cleaned = cleaned_name(file);
+    if (!writeFileAtomically(FilePath(cleaned), joined(lines, *control)))
+        return std::nullopt;
+    (void)MakeHidden(FilePath(cleaned)); // a copy that shows is as good
+    return cleaned;
+}
+
+} // namespace
+
+std::string AirfoilTable::cleanAirfoilTable(const std::string& path)
+{
+    const auto known = std::find_if(m_cleanedFiles.begin(), m_cleanedFiles.end(),
+        [&path](const cleanedFile& entry) { return entry.m_path == path; });
+    if (known != m_cleanedFiles.end())
+        return known->m_cleaned;
+
+    std::optional<std::string> cleaned;
+    try {
+        cleaned = write_cleaned(path);
+    } catch (const std::exception&) {
+        // A name that collapses to nothing, or a file larger than memory: the source stays in use.
+        cleaned = std::nullopt;
+    }
+    m_cleanedFiles.push_back({ path, cleaned.value_or(path), cleaned.has_value() });
+    return m_cleanedFiles.back().m_cleaned;
+}
+
+void AirfoilTable::removeCleanedAirfoilTables()
+{
+    for (const cleanedFile& entry : m_cleanedFiles) {
+        if (entry.m_bWritten)
+            (void)RemovePath(FilePath(entry.m_cleaned)); // gone already is as good
+    }
+    m_cleanedFiles.clear();
+}
+
+} // namespace Tavro
