@@ -58,7 +58,9 @@ public:
         std::array<std::int32_t, kCounts> m_counts {};
     };
 
-    /// One of the three tables as it stands in the file.
+    /// One of the three tables as it stands in the file: lines of nine Mach numbers in columns 7 to
+    /// 69, then for each angle a row with the angle in columns 0 to 6 and nine coefficients in 7 to
+    /// 69; further coefficients follow on lines like those of the Mach numbers.
     class CoefSubTable {
     public:
         /// Reads table `index`: 0 lift, 1 drag, 2 moment. Adds its lines to `lineNumber` and every

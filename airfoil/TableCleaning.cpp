@@ -111,8 +111,8 @@ std::optional<std::string> write_cleaned(const std::string& path)
     const auto control = find_control_line(lines);
     if (!control || *control == 0)
         return std::nullopt;
-    if (!file.Exists()) // a "~" or ".." in the name means another place to a path than to the
-                        // system
+    // With a "~" or ".." in it a name means one place to a path and can mean another to the system.
+    if (!file.Exists())
         return std::nullopt;
     std::string cleaned = cleaned_name(file);
     if (!writeFileAtomically(FilePath(cleaned), joined(lines, *control)))

@@ -121,7 +121,7 @@ TEST_F(TableCleaning, PromisedLinesMayBeBlank)
         "T                              1 1 0 0 0 0\n\n\n");
 }
 
-TEST_F(TableCleaning, ACommentThatLooksLikeAControlLineIsToldByTheLineCount)
+TEST_F(TableCleaning, OnlyTheLineCountKeepsACommentFromBeingTheControlLine)
 {
     // 30 characters, then digits and blanks: 19 and 87 for lift, and so on.
     EXPECT_EQ(

@@ -9,7 +9,7 @@
 /// Owners of lines, for tests.
 namespace Owners {
 
-/// Writes down every repair as "from>to" and answers as it was told.
+/// Writes down every repair as "from>to" and gives the answer it was made with.
 class Recorder : public Tavro::BaseData {
 public:
     explicit Recorder(bool accepts = true)

@@ -192,7 +192,7 @@ TEST_F(TableReading, AStreamThatIsNotGoodIsAFailure)
     EXPECT_FALSE(m_table.m_bValid);
 }
 
-TEST_F(TableReading, RepairsAreToldToTheTable)
+TEST_F(TableReading, TheTableHearsOfRepairs)
 {
     class Refusing : public AirfoilTable {
     public:

@@ -9,13 +9,16 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 using Names = std::vector<std::string>;
@@ -36,6 +39,8 @@ Testing::Outcome write_while_failing(const std::string& path, long call, int err
         std::cout << write_atomically(path, "new");
     });
 }
+
+std::string whole_text(char letter) { return std::string(300'000, letter); }
 
 } // namespace
 
@@ -194,4 +199,38 @@ TEST(AtomicFile, WhatAKilledProcessLeftBehindIsNotInTheWay)
     EXPECT_EQ(outcome.out, "0");
     EXPECT_EQ(Testing::read_file(directory.path("file")), "new");
     EXPECT_EQ(Testing::names_in(directory.path()).size(), kLeft + 1U);
+}
+
+TEST(AtomicFile, ThreadsThatReplaceOneFileLeaveAWholeOne)
+{
+    const Testing::TemporaryDirectory directory;
+    std::vector<std::thread> threads;
+    for (const char letter : { 'a', 'b', 'c', 'd' }) {
+        threads.emplace_back([&directory, letter] {
+            for (int i = 0; i < 20; ++i)
+                EXPECT_EQ(write_atomically(directory.path("file"), whole_text(letter)), 0);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    const std::string text = Testing::read_file(directory.path("file"));
+    EXPECT_TRUE(text == whole_text(text.at(0)));
+    EXPECT_EQ(Testing::names_in(directory.path()), Names { "file" });
+}
+
+TEST(AtomicFile, AProcessKilledAtAnyPointLeavesAWholeFile)
+{
+    const Testing::TemporaryDirectory directory;
+    for (int run = 1; run <= 10; ++run) {
+        Testing::write_file(directory.path("file"), whole_text('o'));
+        const auto outcome = Testing::run_isolated([&] {
+            const itimerval soon { { 0, 0 }, { 0, run * 1700 } }; // microseconds
+            ::setitimer(ITIMER_REAL, &soon, nullptr);
+            for (;;)
+                (void)write_atomically(directory.path("file"), whole_text('n')); // until killed
+        });
+        EXPECT_EQ(outcome.signal, SIGALRM);
+        const std::string text = Testing::read_file(directory.path("file"));
+        EXPECT_TRUE(text == whole_text(text.at(0))) << run;
+    }
 }
