@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tavrobase/platform/Failure.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace Tavro::Platform {
+
+/// A named block of memory shared by all processes of one user. The name stays until somebody
+/// removes it; the memory until its last user is gone as well.
+/// Threads: one at a time.
+class SharedMemory {
+public:
+    SharedMemory();
+    ~SharedMemory();
+    SharedMemory(const SharedMemory&) = delete;
+    SharedMemory& operator=(const SharedMemory&) = delete;
+    SharedMemory(SharedMemory&&) = delete;
+    SharedMemory& operator=(SharedMemory&&) = delete;
+
+    /// Opens the block `name` (without "/"), or creates it: zero-filled, for its user alone
+    /// whatever the file mode mask, all of its memory set aside. `existed` tells whether it had
+    /// been there before; one that its creator died over before it had a size counts as new.
+    /// Errors: a block that is too short or belongs to another user is left alone. A longer one is
+    /// used from its beginning.
+    /// Threads: narrows the process's file mode mask for a moment when it creates. Processes that
+    /// open the same name must do so under a lock of theirs.
+    [[nodiscard]] Failure open(const std::string& name, std::size_t bytes, bool& existed);
+
+    /// Makes an open block's bytes reachable at `data()`.
+    [[nodiscard]] ErrorNumber map();
+    /// Null while the block is not mapped.
+    [[nodiscard]] void* data() const { return m_data; }
+    [[nodiscard]] ErrorNumber unmap();
+    [[nodiscard]] ErrorNumber close();
+
+    /// Takes the name away, if it still leads to the open block: whoever comes later gets a new
+    /// one.
+    [[nodiscard]] ErrorNumber remove();
+
+    /// Tells this block from others that had or will have the same name; 0 if none is open.
+    [[nodiscard]] std::uint64_t identity() const { return m_identity; }
+
+    /// Where the system shows the block of that name.
+    [[nodiscard]] static std::string path(const std::string& name);
+
+private:
+    struct Handle;
+    std::unique_ptr<Handle> m_handle;
+    std::string m_name;
+    std::size_t m_bytes = 0;
+    std::uint64_t m_identity = 0;
+    void* m_data = nullptr;
+};
+
+} // namespace Tavro::Platform

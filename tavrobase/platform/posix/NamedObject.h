@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tavrobase/platform/Failure.h"
+#include "tavrobase/platform/posix/Descriptor.h"
+
+#include <cstddef>
+#include <string>
+
+#include <sys/stat.h>
+
+/// What blocks of shared memory and named semaphores have in common as entries of one directory.
+namespace Tavro::Platform::Posix {
+
+/// Where the C library keeps both kinds.
+constexpr const char* kObjectDirectory = "/dev/shm";
+/// What it puts before a semaphore's name there.
+constexpr const char* kSemaphorePrefix = "sem.";
+
+/// The mode of everything we create is that of its owner alone. The mask is set before instead of
+/// the mode after the creation, because a process that died between the two would leave an object
+/// that nobody can open.
+class OwnerOnlyMask {
+public:
+    OwnerOnlyMask()
+        : m_before(::umask(S_IXUSR | S_IRWXG | S_IRWXO))
+    {
+    }
+    ~OwnerOnlyMask() { ::umask(m_before); }
+    OwnerOnlyMask(const OwnerOnlyMask&) = delete;
+    OwnerOnlyMask& operator=(const OwnerOnlyMask&) = delete;
+    OwnerOnlyMask(OwnerOnlyMask&&) = delete;
+    OwnerOnlyMask& operator=(OwnerOnlyMask&&) = delete;
+
+private:
+    mode_t m_before;
+};
+
+/// "The object NAME " and what is wrong with it.
+[[nodiscard]] Failure object_failure(
+    ErrorNumber error, const std::string& name, const std::string& fault);
+
+/// Opens an existing object of ours, never a new one. ENOENT if there is none; an object of another
+/// user is a failure. Access of other users, if somebody gave it, is taken away.
+[[nodiscard]] Failure open_existing_object(
+    const std::string& name, Descriptor& object, struct stat& facts);
+
+/// As above, but creates an empty object where there is none.
+[[nodiscard]] Failure open_or_create_object(
+    const std::string& name, Descriptor& object, struct stat& facts);
+
+/// Sets memory aside for the first `bytes`, so that no later access can fail for the lack of it. An
+/// empty object gets its size all at once.
+[[nodiscard]] Failure reserve_object(
+    const std::string& name, const Descriptor& object, std::size_t bytes);
+
+} // namespace Tavro::Platform::Posix
