@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "links/Heartbeat.h"
+#include "links/InControl.h"
+#include "links/LinkJournal.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iostream>
+#include <iterator>
+
+namespace Tavro {
+
+namespace {
+
+// The second line is for people: the number alone does not tell an object that is too short or
+// belongs to somebody else.
+void print_failure(const char* text, const Platform::Failure& failure)
+{
+    std::cerr << text << failure.error << std::endl;
+    if (!failure.reason.empty())
+        std::cerr << failure.reason << std::endl;
+}
+
+} // namespace
+
+LinkManager::Result LinkManager::Startup()
+{
+    if (m_started || m_shutdown)
+        return AlreadyStarted;
+    if (!InitializeCheckThreadMutex())
+        return MutexFailed;
+    if (!OpenSemaphoreA()) {
+        DestroyCheckThreadMutex();
+        return OpenFailed;
+    }
+    if (const Result taken = TakeControl(); taken != Success) {
+        CloseSemaphore();
+        DestroyCheckThreadMutex();
+        return taken;
+    }
+    // The name is looked up under the lock: the last manager to leave takes it away under the lock.
+    Result result = Success;
+    bool existed = false;
+    if (!MapSharedMemory(existed)) {
+        result = MapFailed;
+    } else if (!StartCheckThread()) {
+        result = CheckThreadFailed;
+        UnmapSharedMemory();
+    } else {
+        if (ShouldInitializeSharedMemory(existed)) {
+            InitializeManagerData();
+        } else {
+            LinkJournal::recover();
+            ConsistencyCheck();
+        }
+        if (!TakeManagerSlot()) {
+            // The check thread stays: it sleeps until a later attempt starts the manager.
+            result = TooManyManagers;
+            UnmapSharedMemory();
+        }
+    }
+    ReleaseControl();
+    if (result == Success) {
+        m_started = true;
+        return Success;
+    }
+    CloseSemaphore();
+    DestroyCheckThreadMutex();
+    return result;
+}
+
+void LinkManager::Shutdown()
+{
+    if (!m_started)
+        return;
+    m_attachedLinks.for_each([](std::uint32_t id) {
+        (void)DetachFromLink(id); // one that a clean-up has freed is as good as detached
+    });
+    m_shutdown = true;
+    m_started = false;
+    StopCheckThread();
+    if (TakeControl() == Success) {
+        LeaveBlock();
+        UnmapSharedMemory();
+        ReleaseControl();
+    }
+    CloseSemaphore();
+    // The mutex stays: a thread that saw the manager started a moment ago may still come for it. It
+    // finds the block gone.
+}
+
+bool LinkManager::OpenSemaphoreA()
+{
+    const auto failure = m_semaphore.open(m_name, std::chrono::seconds(m_waitSeconds));
+    if (failure)
+        print_failure("CreateSemaphore failed: ", failure);
+    return !failure;
+}
+
+void LinkManager::CloseSemaphore()
+{
+    m_checkThreadMutex.lock(); // late threads come through it to the semaphore
+    const auto error = m_semaphore.close();
+    m_checkThreadMutex.unlock();
+    if (error != 0)
+        std::cerr << "semaphore CloseHandle failed: " << error << std::endl;
+}
+
+bool LinkManager::MapSharedMemory(bool& existed)
+{
+    const std::lock_guard change(m_viewMutex);
+    if (const auto failure = m_fd.open(m_name, sizeof(SharedBlock), existed)) {
+        print_failure("CreateFileMapping failed: Error Number: ", failure);
+        return false;
+    }
+    if (const auto error = m_fd.map()) {
+        std::cerr << "MapViewOfFile failed:  Error Number:  " << error << std::endl;
+        if (const auto closing = m_fd.close())
+            std::cerr << "CloseHandle failed: Error Number: " << closing << std::endl;
+        return false;
+    }
+    m_sharedMemory = static_cast<SharedBlock*>(m_fd.data());
+    return true;
+}
+
+void LinkManager::UnmapSharedMemory()
+{
+    const std::lock_guard change(m_viewMutex);
+    m_sharedMemory = nullptr;
+    (void)m_fd.unmap(); // what was mapped can be unmapped
+    if (const auto error = m_fd.close())
+        std::cerr << "CloseHandle failed: Error Number: " << error << std::endl;
+}
+
+bool LinkManager::InitializeCheckThreadMutex() { return m_checkThreadMutex.initialize() == 0; }
+
+void LinkManager::DestroyCheckThreadMutex() { m_checkThreadMutex.destroy(); }
+
+bool LinkManager::StartCheckThread()
+{
+    if (m_checkThread.running()) // left by an attempt that found no free slot
+        return true;
+    m_check = true;
+    if (m_checkThread.start(start_check_thread, nullptr) == 0)
+        return true;
+    m_check = false;
+    return false;
+}
+
+void LinkManager::StopCheckThread()
+{
+    {
+        const std::lock_guard lock(m_stopMutex);
+        m_check = false;
+    }
+    m_stopSignal.notify_all();
+    m_checkThread.join();
+}
+
+bool LinkManager::ShouldInitializeSharedMemory(bool existed)
+{
+    const std::int64_t now = heartbeat_now();
+    return !existed
+        || std::none_of(std::begin(m_sharedMemory->slots), std::end(m_sharedMemory->slots),
+            [now](std::int64_t& slot) {
+                const std::int64_t stamp = read_slot(slot);
+                return stamp != 0 && is_alive(heartbeat_age(now, stamp));
+            });
+}
+
+void LinkManager::InitializeManagerData()
+{
+    LinkJournal::discard();
+    for (std::int64_t& slot : m_sharedMemory->slots)
+        write_slot(slot, 0);
+    std::for_each(
+        std::begin(m_sharedMemory->blocks), std::end(m_sharedMemory->blocks), InitializeBlock);
+}
+
+void LinkManager::InitializeBlock(LinkBlock& block)
+{
+    block.nAttachments = 0;
+    block.nDataSize = 0;
+    block.tLastCheck = 0;
+    block.szKey[0] = '\0';
+    std::memset(block.data, 0, sizeof block.data);
+}
+
+bool LinkManager::TakeManagerSlot()
+{
+    auto* const slots = m_sharedMemory->slots;
+    auto* const free = std::find_if(
+        slots, slots + m_nManagerSlots, [](std::int64_t& slot) { return read_slot(slot) == 0; });
+    if (free == slots + m_nManagerSlots)
+        return false;
+    m_slotIndex = static_cast<std::uint32_t>(free - slots);
+    write_slot(*free, heartbeat_now());
+    return true;
+}
+
+void LinkManager::LeaveBlock()
+{
+    if (m_slotIndex < m_nManagerSlots)
+        write_slot(m_sharedMemory->slots[m_slotIndex], 0);
+    m_slotIndex = m_noSlot;
+    // Nobody alive is left when the next one would rebuild the block from nothing. Without a name
+    // it takes no memory until then; slots of the dead do not keep it.
+    if (ShouldInitializeSharedMemory(true))
+        (void)m_fd.remove(); // a name that leads elsewhere by now is not ours to take
+}
+
+} // namespace Tavro

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/links/support/LinkTest.h"
+#include "tests/links/support/Peer.h"
+#include "tests/links/support/RawBlock.h"
+
+namespace Testing {
+
+namespace {
+
+class LinkDebugInfo : public LinkTest { };
+
+TEST_F(LinkDebugInfo, ManagersAreTheOccupiedSlotsInTheirOrder)
+{
+    Peer one;
+    EXPECT_EQ(one("startup"), "1");
+    RawBlock().set_slot(2, seconds_now());
+    RawBlock().set_slot(49, seconds_now());
+    EXPECT_EQ(one("manager_info"), "1 101" + std::string(46, '0') + "1");
+    EXPECT_EQ(one("managers"), "3");
+}
+
+TEST_F(LinkDebugInfo, LinksAreAllHundredInTheirOrderWithTheFreeOnes)
+{
+    Peer one;
+    EXPECT_EQ(one("startup"), "1");
+    EXPECT_EQ(one("create 16 a first"), "1 0");
+    EXPECT_EQ(one("create 56 a /model/rotor.case"), "1 1");
+    EXPECT_EQ(one("create 4096 a last"), "1 2");
+    RawBlock().set_count(1, 255);
+    EXPECT_EQ(one("detach 0"), "1");
+    // Size and key of a free link are those of its last use.
+    EXPECT_EQ(one("link_info"), "1 100 0:0:16:first 1:255:56:/model/rotor.case 2:1:4096:last");
+}
+
+TEST_F(LinkDebugInfo, CountOfManagersNeedsNoLock)
+{
+    Peer one;
+    EXPECT_EQ(one("startup"), "1");
+    RawLock lock;
+    ASSERT_TRUE(lock.take());
+    EXPECT_EQ(one("managers"), "1");
+    lock.give();
+}
+
+TEST_F(LinkDebugInfo, AccessInfoTellsBothPaths)
+{
+    Peer one;
+    const std::string semaphore = "semPath: /dev/shm/sem." + block_name();
+    const std::string memory = "shmPath: /dev/shm/" + block_name();
+    EXPECT_EQ(one("access 0 0"), "done");
+    EXPECT_EQ(one.err(), semaphore + "\n" + memory + "\n");
+    EXPECT_EQ(one.out(), "");
+}
+
+TEST_F(LinkDebugInfo, AccessInfoTellsOnRequestWhetherThereIsAccess)
+{
+    Peer one;
+    const std::string semaphore = "semPath: /dev/shm/sem." + block_name();
+    const std::string memory = "shmPath: /dev/shm/" + block_name();
+    EXPECT_EQ(one("access 1 0"), "done");
+    EXPECT_EQ(one.err(), semaphore + " (not accessible)\n" + memory + "\n");
+    Peer two;
+    EXPECT_EQ(two("startup"), "1");
+    EXPECT_EQ(two("access 1 1"), "done");
+    EXPECT_EQ(two.err(), semaphore + " (accessible)\n" + memory + " (accessible)\n");
+}
+
+} // namespace
+
+} // namespace Testing

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "links/LinkManager.h"
+#include "tests/links/support/LinkTest.h"
+#include "tests/links/support/Peer.h"
+#include "tests/links/support/RawBlock.h"
+#include "tests/support/FailingCalls.h"
+#include "tests/support/Isolated.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <iostream>
+
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace Testing {
+
+namespace {
+
+using Tavro::LinkManager;
+
+class LinkFailures : public LinkTest { };
+
+std::string object(const std::string& suffix = "", const std::string& prefix = "")
+{
+    return "The object /dev/shm/" + prefix + block_name() + suffix + " ";
+}
+
+// What is left must let the next one start.
+void expect_a_start_after_removing(const std::string& name)
+{
+    ASSERT_EQ(::unlink(("/dev/shm/" + name).c_str()), 0);
+    Peer next;
+    EXPECT_EQ(next("startup"), "1");
+    EXPECT_EQ(RawLock().value(), 1);
+}
+
+TEST_F(LinkFailures, BlockThatIsTooShortIsNotMappedAndStays)
+{
+    make_block(461999);
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "5");
+    // 22 is EINVAL
+    EXPECT_EQ(peer.err(),
+        "CreateFileMapping failed: Error Number: 22\n" + object()
+            + "has 461999 bytes instead of 462000.\n");
+    EXPECT_TRUE(block_exists());
+    EXPECT_EQ(peer("get 0 1"), "8 ?1");
+    EXPECT_EQ(RawLock().value(), 1);
+    expect_a_start_after_removing(block_name());
+}
+
+TEST_F(LinkFailures, BlockOfAForeignOwnerIsNotMappedAndStays)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can make an object of another user";
+    make_block(462000);
+    ASSERT_EQ(::chown(("/dev/shm/" + block_name()).c_str(), 65534, 65534), 0);
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "5");
+    // 13 is EACCES
+    EXPECT_EQ(peer.err(),
+        "CreateFileMapping failed: Error Number: 13\n" + object()
+            + "belongs to user 65534 and not to user 0.\n");
+    expect_a_start_after_removing(block_name());
+}
+
+TEST_F(LinkFailures, DirectoryInTheBlocksPlaceIsNotMapped)
+{
+    make_directory("/dev/shm/" + block_name());
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "5");
+    // 22 is EINVAL
+    EXPECT_EQ(peer.err(),
+        "CreateFileMapping failed: Error Number: 22\n" + object()
+            + "cannot be opened: Invalid argument.\n");
+}
+
+TEST_F(LinkFailures, SemaphoreOfAForeignOwnerIsNotTrusted)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can make an object of another user";
+    {
+        Peer peer;
+        EXPECT_EQ(peer("startup"), "1");
+        EXPECT_EQ(peer("shutdown"), "done");
+    }
+    ASSERT_EQ(::chown(("/dev/shm/sem." + block_name()).c_str(), 65534, 65534), 0);
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "4");
+    EXPECT_EQ(peer.err(),
+        "CreateSemaphore failed: 13\n" + object("", "sem.")
+            + "belongs to user 65534 and not to user 0.\n");
+    expect_a_start_after_removing("sem." + block_name());
+}
+
+TEST_F(LinkFailures, SemaphoreThatIsTooShortIsRefused)
+{
+    write_file("/dev/shm/sem." + block_name(), "x");
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "4");
+    EXPECT_EQ(peer.err(),
+        "CreateSemaphore failed: 22\n" + object("", "sem.")
+            + "is too short for a semaphore; remove it when no program of yours is running.\n");
+    expect_a_start_after_removing("sem." + block_name());
+}
+
+TEST_F(LinkFailures, GuardThatIsTooShortIsRefused)
+{
+    write_file("/dev/shm/" + block_name() + ".guard1", "x");
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "4");
+    EXPECT_EQ(peer.err(),
+        "CreateSemaphore failed: 22\n" + object(".guard1")
+            + "is too short for a lock; remove it when no program of yours is running.\n");
+    expect_a_start_after_removing(block_name() + ".guard1");
+}
+
+TEST_F(LinkFailures, BlockThatCannotBeMappedReturnsMapFailed)
+{
+    const auto outcome = run_isolated([] {
+        // The guard, 8320 bytes, is mapped all right; the block, whose length is 462000, is not.
+        if (!fail_system_call(SYS_mmap, ENOMEM, 1, 462000))
+            std::cout << "no filter";
+        else
+            std::cout << LinkManager::Startup() << LinkManager::Startup();
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "55");
+    // 12 is ENOMEM
+    EXPECT_EQ(outcome.err,
+        "MapViewOfFile failed:  Error Number:  12\nMapViewOfFile failed:  Error Number:  12\n");
+    Peer next;
+    EXPECT_EQ(next("startup"), "1");
+}
+
+TEST_F(LinkFailures, MemoryThatRunsOutFailsAtTheStartAndNotLater)
+{
+    const auto outcome = run_isolated([] {
+        if (!fail_system_call(SYS_fallocate, ENOSPC, 3, 462000))
+            std::cout << "no filter";
+        else
+            std::cout << LinkManager::Startup();
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "5");
+    // 28 is ENOSPC
+    EXPECT_EQ(outcome.err,
+        "CreateFileMapping failed: Error Number: 28\n" + object()
+            + "cannot get 462000 bytes: No space left on device.\n");
+    EXPECT_FALSE(block_exists());
+}
+
+TEST_F(LinkFailures, CheckThreadThatCannotStartReturnsCheckThreadFailedAndLeavesNothing)
+{
+    const auto outcome = run_isolated([] {
+        // A thread is a clone with its own stack; fork is none.
+        if (!fail_system_call(SYS_clone3, EAGAIN) || !fail_system_call(SYS_clone, EAGAIN))
+            std::cout << "no filter";
+        else
+            std::cout << LinkManager::Startup() << LinkManager::Startup();
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "66");
+    EXPECT_EQ(RawLock().value(), 1);
+    Peer next;
+    EXPECT_EQ(next("startup"), "1");
+    EXPECT_EQ(next("slot"), "0");
+}
+
+TEST_F(LinkFailures, ControlTakenTwiceByOneThreadIsRefusedInsteadOfWaitingForItself)
+{
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "1");
+    EXPECT_EQ(peer("take"), "1");
+    EXPECT_EQ(peer("take"), "20");
+    EXPECT_EQ(peer.err(), "WaitForSingleObject failed: 35\n"); // EDEADLK
+    EXPECT_EQ(peer("release"), "done");
+    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(peer("create 1 a -"), "1 0");
+}
+
+TEST_F(LinkFailures, ControlIsNotToBeHadBeforeStartupOrAfterShutdown)
+{
+    Peer peer;
+    EXPECT_EQ(peer("take"), "20");
+    EXPECT_EQ(peer("release"), "done");
+    EXPECT_EQ(peer("startup"), "1");
+    EXPECT_EQ(peer("shutdown"), "done");
+    EXPECT_EQ(peer("take"), "20");
+    EXPECT_EQ(peer("release"), "done");
+}
+
+TEST_F(LinkFailures, ReleaseWithoutControlNeverRaisesTheSemaphore)
+{
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "1");
+    EXPECT_EQ(peer("release"), "done");
+    EXPECT_EQ(peer("release"), "done");
+    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(peer.err(), "");
+}
+
+TEST_F(LinkFailures, SemaphoreGivenBackByAStrangerIsReportedAndStaysAtOne)
+{
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "1");
+    EXPECT_EQ(peer("take"), "1");
+    RawLock lock;
+    lock.give();
+    EXPECT_EQ(peer("release"), "done");
+    EXPECT_EQ(peer.err(), "ReleaseSemaphore failed: 75\n"); // EOVERFLOW
+    EXPECT_EQ(lock.value(), 1);
+    EXPECT_EQ(peer("create 1 a -"), "1 0");
+}
+
+} // namespace
+
+} // namespace Testing
