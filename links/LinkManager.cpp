@@ -27,7 +27,6 @@ std::mutex LinkManager::m_viewMutex;
 
 LinkManager::SharedBlock* LinkManager::m_sharedMemory = nullptr;
 std::uint32_t LinkManager::m_slotIndex = LinkManager::m_noSlot;
-bool LinkManager::m_inControl = false;
 double LinkManager::m_staleSeconds = 0.0;
 
 const char* LinkManager::GetResultString(Result result)

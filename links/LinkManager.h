@@ -25,7 +25,7 @@ void* start_check_thread(void* unused);
 /// Calling order: `Startup` once, any number of operations, `Shutdown` once; a process cannot start
 /// again after that. Nothing throws. Failures of the system are also printed to standard error.
 /// Buffers belong to the caller, hold at least `size` bytes and are touched outside the lock only;
-/// after any other result than those told they are as they were.
+/// a failed operation leaves them as they were unless it says otherwise.
 /// Threads: every operation between `Startup` and `Shutdown` is safe from any thread; `Shutdown`
 /// waits for none of them, and those that come too late get `NotStarted`.
 class LinkManager {
@@ -179,7 +179,6 @@ private:
     // Guarded by m_checkThreadMutex.
     static SharedBlock* m_sharedMemory;
     static std::uint32_t m_slotIndex;
-    static bool m_inControl;
     static double m_staleSeconds; // of the first dead one of a check not yet reported; else 0
 };
 

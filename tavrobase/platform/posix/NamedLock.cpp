@@ -81,6 +81,21 @@ private:
     ErrorNumber m_error;
 };
 
+// A hold lasts for less time than it takes to fall asleep and be woken: look again for about as long
+// as that takes before sleeping.
+ErrorNumber lock_mutex(pthread_mutex_t& mutex)
+{
+    constexpr int kLooks = 100;
+    for (int look = 0; look < kLooks; ++look) {
+        const int error = ::pthread_mutex_trylock(&mutex);
+        if (error != EBUSY)
+            return error;
+        for (int pause = 0; pause < 8; ++pause)
+            std::atomic_signal_fence(std::memory_order_seq_cst);
+    }
+    return ::pthread_mutex_lock(&mutex);
+}
+
 // Growing rests between two looks at the semaphore: almost every hold of another program is over
 // within the first few, and one that lasts must not cost a processor.
 class Patience {
@@ -273,7 +288,7 @@ ErrorNumber NamedLock::acquire()
     if (!m_objects)
         return EINVAL;
     Guard& guard = *m_objects->guard;
-    ErrorNumber error = ::pthread_mutex_lock(&guard.mutex);
+    ErrorNumber error = lock_mutex(guard.mutex);
     const bool ownerDied = error == EOWNERDEAD;
     if (ownerDied)
         error = ::pthread_mutex_consistent(&guard.mutex);
