@@ -35,7 +35,7 @@ bool write_all(int fd, const std::byte* data, std::size_t size)
 
 CopyEnd copy_through_buffer(int from, int to)
 {
-    const auto buffer = std::make_unique<std::byte[]>(kBufferBlock);
+    const auto buffer = std::make_unique_for_overwrite<std::byte[]>(kBufferBlock);
     for (;;) {
         const auto got = Posix::uninterrupted(::read, from, buffer.get(), kBufferBlock);
         if (got < 0)
@@ -77,7 +77,8 @@ CopyEnd copy_contents(const std::string& from, const std::string& to)
             && source_facts.st_ino == target_facts.st_ino)
             return CopyEnd::Complete;
     }
-    if (S_ISREG(target_facts.st_mode)
+    // A new file is left alone: ext4 writes out at once what is closed after it has been emptied.
+    if (S_ISREG(target_facts.st_mode) && target_facts.st_size > 0
         && Posix::uninterrupted(::ftruncate, target.get(), off_t { 0 }) != 0)
         return CopyEnd::TargetFailed;
     if (!source)
