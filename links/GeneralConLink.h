@@ -27,6 +27,7 @@ static_assert(sizeof(GeneralRecord) == 16);
 /// gives `InvalidLinkID`. Getters leave their reference alone when they fail.
 class GeneralConLink : private RecordLink<GeneralRecord> {
 public:
+    using RecordLink<GeneralRecord>::GetLinkID;
     using RecordLink<GeneralRecord>::Result;
 
     /// Creates the link.

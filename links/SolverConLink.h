@@ -33,6 +33,7 @@ static_assert(offsetof(SolverRecord, nCompletionState) == 40 && sizeof(SolverRec
 /// gives `InvalidLinkID`. Getters leave their reference alone when they fail.
 class SolverConLink : private RecordLink<SolverRecord> {
 public:
+    using RecordLink<SolverRecord>::GetLinkID;
     using RecordLink<SolverRecord>::Result;
 
     /// Creates the link.

@@ -3,7 +3,7 @@
 
 #include "links/ControllerStep.h"
 #include "tavrobase/FilePath.h"
-#include "tavrobase/platform/Threads.h"
+#include "tavrobase/Threads.h"
 
 #include <cstdint>
 
@@ -35,7 +35,7 @@ struct ControllerState {
     Tavro::GeneralConLink* m_pExtractorLink = nullptr;
     Tavro::GeneralConLink* m_pRotorProgLink = nullptr;
     Tavro::SolverConLink* m_pSolverLink = nullptr;
-    Tavro::Platform::Mutex m_mutex; ///< initialised and destroyed by `main`
+    Tavro::Mutex m_mutex; ///< initialised and destroyed by `main`
 
     Tavro::FilePath m_fpTreeGenFile; ///< input of the grid generator; an adaptation changes it
     Tavro::FilePath m_fpModelDir; ///< directory of the case file, the root of the run
