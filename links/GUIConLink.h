@@ -35,6 +35,7 @@ static_assert(sizeof(GUIRecord) == 56);
 /// gives `InvalidLinkID`. Getters leave their reference alone when they fail.
 class GUIConLink : private Tavro::RecordLink<GUIRecord> {
 public:
+    using Tavro::RecordLink<GUIRecord>::GetLinkID;
     using Tavro::RecordLink<GUIRecord>::Result;
 
     /// Creates the link.

@@ -22,6 +22,9 @@ public:
     RecordLink(RecordLink&&) = delete;
     RecordLink& operator=(RecordLink&&) = delete;
 
+    /// The number by which another process attaches; 0xFFFFFFFF without a link.
+    [[nodiscard]] std::uint32_t GetLinkID() const { return m_nLinkID; }
+
 protected:
     static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
 

@@ -202,19 +202,18 @@ int main(int argc, char** argv)
     Tavro::CommandLine::GetFileList(files);
     if (files.size() != 1)
         give_up("usage: vortik_demo DIRECTORY");
-    const std::string root = files[0].Get() + (files[0].IsDirectory() ? "tour" : "/tour");
     if (!files[0].IsDirectory())
         require(Tavro::createDirectory(files[0], 0755) == 0, "cannot create " + files[0].Get());
+    const bool absolute = files[0].Get().starts_with('/');
+    const std::string root = (absolute ? "" : Tavro::getCurrentDirectory().Get())
+        + FilePath(files[0].Get()).Get() + "tour";
 
     std::cout
         << "A tour of what this version can do. Grid generator, solver and run controller are not\n"
            "part of it yet: nothing is computed here, and nothing pretends to be.\n";
     prepare(root);
+    require(Tavro::SetWorkingDirectory(root), "cannot enter " + root); // as a run does
     VRK::ControllerInput input = Examples::robin_case(root);
-    for (VRK::RotorData& rotor : input.m_vecRotors) {
-        for (std::string& name : rotor.m_vecAftFile)
-            name = root + "/" + name;
-    }
     show_case(input, root + "/robin.case");
     show_airfoil_tables(input);
     show_cards(input);
