@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tavrobase/platform/NamedLock.h"
+#include "tests/support/Files.h"
+#include "tests/support/PrivateObjects.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <thread>
+
+#include <semaphore.h>
+#include <sys/mman.h>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Testing {
+
+namespace {
+
+using std::chrono::milliseconds;
+using Tavro::Platform::NamedLock;
+
+// Short, for there is no foreign program that might want to be waited for.
+constexpr auto kTakeoverWait = milliseconds(10);
+
+class NamedLockHold : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        const std::string why = use_private_objects();
+        if (!why.empty())
+            GTEST_SKIP() << why;
+        remove_private_objects();
+        ASSERT_FALSE(lock.open("lock", kTakeoverWait));
+        semaphore = ::sem_open("/lock", 0);
+        ASSERT_NE(semaphore, SEM_FAILED);
+    }
+    void TearDown() override
+    {
+        if (semaphore != nullptr)
+            ::sem_close(semaphore);
+    }
+
+    [[nodiscard]] int value() const
+    {
+        int found = -1;
+        ::sem_getvalue(semaphore, &found);
+        return found;
+    }
+
+    NamedLock lock;
+    sem_t* semaphore = nullptr;
+};
+
+TEST_F(NamedLockHold, TakesTheSemaphoreDownAndGivesItBack)
+{
+    EXPECT_EQ(value(), 1);
+    ASSERT_EQ(lock.acquire(), 0);
+    EXPECT_EQ(value(), 0);
+    ASSERT_EQ(lock.release(), 0);
+    EXPECT_EQ(value(), 1);
+}
+
+TEST_F(NamedLockHold, SemaphoreThatWasRaisedMeanwhileIsNotRaisedAgain)
+{
+    ASSERT_EQ(lock.acquire(), 0);
+    ::sem_post(semaphore);
+    EXPECT_EQ(lock.release(), EOVERFLOW);
+    EXPECT_EQ(value(), 1);
+    ASSERT_EQ(lock.acquire(), 0);
+    ASSERT_EQ(lock.release(), 0);
+}
+
+TEST_F(NamedLockHold, MemoIsZeroAtFirstAndOutlivesItsWriter)
+{
+    auto* const memo = static_cast<char*>(lock.memo());
+    for (std::size_t at = 0; at < NamedLock::kMemoBytes; ++at)
+        ASSERT_EQ(memo[at], 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        NamedLock own;
+        if (own.open("lock", kTakeoverWait) || own.acquire() != 0)
+            ::_exit(1);
+        std::memset(own.memo(), 'm', NamedLock::kMemoBytes);
+        ::raise(SIGKILL);
+    }
+    ::waitpid(child, nullptr, 0);
+    ASSERT_EQ(lock.acquire(), 0);
+    EXPECT_EQ(memo[0], 'm');
+    EXPECT_EQ(memo[NamedLock::kMemoBytes - 1], 'm');
+    ASSERT_EQ(lock.release(), 0);
+    EXPECT_EQ(value(), 1);
+}
+
+TEST_F(NamedLockHold, ThreadsOfOneProcessExcludeEachOther)
+{
+    int count = 0;
+    const auto work = [&] {
+        for (int turn = 0; turn < 2000; ++turn) {
+            ASSERT_EQ(lock.acquire(), 0);
+            ++count;
+            ASSERT_EQ(lock.release(), 0);
+        }
+    };
+    std::thread one(work);
+    std::thread other(work);
+    one.join();
+    other.join();
+    EXPECT_EQ(count, 4000);
+}
+
+TEST_F(NamedLockHold, ClosedOneCanBeNeitherTakenNorGiven)
+{
+    EXPECT_EQ(lock.close(), 0);
+    EXPECT_EQ(lock.close(), 0);
+    EXPECT_FALSE(lock.is_open());
+    EXPECT_EQ(lock.acquire(), EINVAL);
+    EXPECT_EQ(lock.release(), EINVAL);
+    EXPECT_EQ(lock.memo(), nullptr);
+}
+
+TEST_F(NamedLockHold, PathIsWhereTheSystemShowsTheSemaphore)
+{
+    EXPECT_TRUE(file_exists(NamedLock::path("lock")));
+    EXPECT_EQ(private_object_names(), "lock.guard1 sem.lock");
+}
+
+// Every single instruction of a hold and its end, from before the mutex to after it.
+TEST_F(NamedLockHold, DeathAfterAnyInstructionPassesTheLockOn)
+{
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "a sanitizer's instructions are not ours";
+#endif
+    ASSERT_EQ(lock.acquire(), 0); // binds the calls before the child counts
+    ASSERT_EQ(lock.release(), 0);
+    int points = 0;
+    for (long point = 1;; ++point) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
+                ::_exit(1);
+            ::raise(SIGSTOP);
+            if (lock.acquire() != 0 || lock.release() != 0)
+                ::_exit(1);
+            ::_exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        if (!WIFSTOPPED(status))
+            GTEST_SKIP() << "the system lets no process trace another";
+        long done = 0;
+        while (done < point && WIFSTOPPED(status)) {
+            ASSERT_EQ(::ptrace(PTRACE_SINGLESTEP, child, nullptr, nullptr), 0);
+            ASSERT_EQ(::waitpid(child, &status, 0), child);
+            ++done;
+        }
+        if (!WIFSTOPPED(status))
+            break;
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        SCOPED_TRACE("killed after instruction " + std::to_string(point));
+        ASSERT_EQ(lock.acquire(), 0);
+        ASSERT_EQ(value(), 0);
+        ASSERT_EQ(lock.release(), 0);
+        ASSERT_EQ(value(), 1);
+        ++points;
+    }
+    EXPECT_GT(points, 100) << "the lock no longer takes many steps";
+}
+
+TEST_F(NamedLockHold, DeathOfAWaiterLeavesAForeignHolderAlone)
+{
+    ASSERT_EQ(::sem_wait(semaphore), 0); // a program outside holds it
+    const pid_t waiter = ::fork();
+    if (waiter == 0) {
+        (void)lock.acquire(); // never succeeds
+        ::_exit(0);
+    }
+    std::this_thread::sleep_for(milliseconds(50)); // let it begin to wait; sooner is harmless
+    ::kill(waiter, SIGKILL);
+    ::waitpid(waiter, nullptr, 0);
+    std::atomic<bool> taken = false;
+    std::thread next([&] {
+        ASSERT_EQ(lock.acquire(), 0);
+        taken = true;
+        ASSERT_EQ(lock.release(), 0);
+    });
+    std::this_thread::sleep_for(milliseconds(300)); // many times the limit for a hold in doubt
+    EXPECT_FALSE(taken);
+    ::sem_post(semaphore);
+    next.join();
+    EXPECT_EQ(value(), 1);
+}
+
+} // namespace
+
+} // namespace Testing
