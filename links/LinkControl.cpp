@@ -11,21 +11,18 @@ namespace Tavro {
 
 namespace {
 
-// Whether the thread is inside. The mutex would let it in again, where the lock between processes
-// would wait for itself.
+// Whether the thread is inside: it would wait for itself.
 thread_local bool t_inControl = false;
 
 } // namespace
 
 LinkManager::Result LinkManager::TakeControl()
 {
-    if (!m_checkThreadMutex.initialized())
-        return TakeControlFailed;
-    m_checkThreadMutex.lock();
-    const auto error = t_inControl ? EDEADLK : m_semaphore.acquire();
-    if (error != 0) {
+    // The lock consists of a mutex, which orders all threads of all processes of ours, and of the
+    // semaphore, which orders them and foreign programs. A mutex of this process alone before the
+    // two would order nothing that they do not, for a quarter of the price of all.
+    if (const auto error = t_inControl ? EDEADLK : m_semaphore.acquire(); error != 0) {
         std::cerr << "WaitForSingleObject failed: " << error << std::endl;
-        m_checkThreadMutex.unlock();
         return TakeControlFailed;
     }
     t_inControl = true;
@@ -38,9 +35,7 @@ void LinkManager::ReleaseControl()
     if (!std::exchange(t_inControl, false))
         return;
     const double stale = std::exchange(m_staleSeconds, 0.0);
-    const auto error = m_semaphore.release();
-    m_checkThreadMutex.unlock();
-    if (error != 0)
+    if (const auto error = m_semaphore.release(); error != 0)
         std::cerr << "ReleaseSemaphore failed: " << error << std::endl;
     if (stale != 0.0)
         std::cout << "WARNING:  A communicating process seems to have crashed.  Cleaning up. ("

@@ -10,8 +10,10 @@ namespace Tavro {
 
 std::uint32_t LinkManager::GetNumAttachedManagers()
 {
-    const std::lock_guard use(m_viewMutex); // not the lock: somebody may sit in it for long
-    if (m_sharedMemory == nullptr || !m_started)
+    if (!m_started)
+        return 0;
+    const std::lock_guard use(m_checkThreadMutex); // not the lock: somebody may sit in it for long
+    if (m_sharedMemory == nullptr) // shut down since the first look
         return 0;
     return static_cast<std::uint32_t>(std::count_if(std::begin(m_sharedMemory->slots),
         std::end(m_sharedMemory->slots), [](std::int64_t& slot) { return read_slot(slot) != 0; }));

@@ -23,7 +23,6 @@ Platform::SharedMemory& LinkManager::m_fd = *new Platform::SharedMemory;
 Platform::Thread& LinkManager::m_checkThread = *new Platform::Thread;
 std::mutex LinkManager::m_stopMutex;
 std::condition_variable& LinkManager::m_stopSignal = *new std::condition_variable;
-std::mutex LinkManager::m_viewMutex;
 
 LinkManager::SharedBlock* LinkManager::m_sharedMemory = nullptr;
 std::uint32_t LinkManager::m_slotIndex = LinkManager::m_noSlot;

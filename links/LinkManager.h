@@ -106,9 +106,9 @@ public:
     /// With the terminating zero.
     [[nodiscard]] static std::uint32_t GetMaxKeyLength() { return m_maxKeyLength; }
 
-    /// The lock pair around everything that touches the block: the process's own mutex, then the
-    /// lock between processes, for which the wait has no limit.
-    /// Errors: `TakeControlFailed`, also for a thread that is inside already.
+    /// The lock around everything that touches the block, between threads and between processes;
+    /// the wait for it has no limit. Errors: `TakeControlFailed`, also for a thread that is inside
+    /// already.
     static Result TakeControl();
     /// Does nothing for a thread that is not inside.
     static void ReleaseControl();
@@ -167,16 +167,15 @@ private:
 
     // References to objects that are never destroyed: threads may still come for them while the
     // process is ending.
-    static Platform::Mutex& m_checkThreadMutex;
+    static Platform::Mutex& m_checkThreadMutex; // held while the block is mapped or unmapped
     static Platform::NamedLock& m_semaphore;
     static Platform::SharedMemory& m_fd;
     static Platform::Thread& m_checkThread;
 
     static std::mutex m_stopMutex; // a change of m_check is signalled under it
     static std::condition_variable& m_stopSignal;
-    static std::mutex m_viewMutex; // nobody maps or unmaps the block while it is held
 
-    // Guarded by m_checkThreadMutex.
+    // Under the lock.
     static SharedBlock* m_sharedMemory;
     static std::uint32_t m_slotIndex;
     static double m_staleSeconds; // of the first dead one of a check not yet reported; else 0

@@ -84,9 +84,8 @@ void LinkManager::Shutdown()
         UnmapSharedMemory();
         ReleaseControl();
     }
-    CloseSemaphore();
-    // The mutex stays: a thread that saw the manager started a moment ago may still come for it. It
-    // finds the block gone.
+    // Mutex and semaphore stay until the process ends: a thread that saw the manager started a
+    // moment ago may be waiting for them. It finds the block gone.
 }
 
 bool LinkManager::OpenSemaphoreA()
@@ -99,16 +98,13 @@ bool LinkManager::OpenSemaphoreA()
 
 void LinkManager::CloseSemaphore()
 {
-    m_checkThreadMutex.lock(); // late threads come through it to the semaphore
-    const auto error = m_semaphore.close();
-    m_checkThreadMutex.unlock();
-    if (error != 0)
+    if (const auto error = m_semaphore.close())
         std::cerr << "semaphore CloseHandle failed: " << error << std::endl;
 }
 
 bool LinkManager::MapSharedMemory(bool& existed)
 {
-    const std::lock_guard change(m_viewMutex);
+    const std::lock_guard change(m_checkThreadMutex);
     if (const auto failure = m_fd.open(m_name, sizeof(SharedBlock), existed)) {
         print_failure("CreateFileMapping failed: Error Number: ", failure);
         return false;
@@ -125,7 +121,7 @@ bool LinkManager::MapSharedMemory(bool& existed)
 
 void LinkManager::UnmapSharedMemory()
 {
-    const std::lock_guard change(m_viewMutex);
+    const std::lock_guard change(m_checkThreadMutex);
     m_sharedMemory = nullptr;
     (void)m_fd.unmap(); // what was mapped can be unmapped
     if (const auto error = m_fd.close())

@@ -39,7 +39,8 @@ constexpr const char* kGuardSuffix = ".guard1";
 struct Guard {
     std::atomic<std::uint32_t> ready; // 1 once all that follows can be used
     std::atomic<Phase> phase;
-    pthread_mutex_t mutex;
+    // Waiters look at the mutex, and the owner writes the phase: not in one cache line.
+    alignas(64) pthread_mutex_t mutex;
 };
 static_assert(std::atomic<Phase>::is_always_lock_free);
 
@@ -80,21 +81,6 @@ private:
     int m_object;
     ErrorNumber m_error;
 };
-
-// A hold lasts for less time than it takes to fall asleep and be woken: look again for about as long
-// as that takes before sleeping.
-ErrorNumber lock_mutex(pthread_mutex_t& mutex)
-{
-    constexpr int kLooks = 100;
-    for (int look = 0; look < kLooks; ++look) {
-        const int error = ::pthread_mutex_trylock(&mutex);
-        if (error != EBUSY)
-            return error;
-        for (int pause = 0; pause < 8; ++pause)
-            std::atomic_signal_fence(std::memory_order_seq_cst);
-    }
-    return ::pthread_mutex_lock(&mutex);
-}
 
 // Growing rests between two looks at the semaphore: almost every hold of another program is over
 // within the first few, and one that lasts must not cost a processor.
@@ -288,7 +274,7 @@ ErrorNumber NamedLock::acquire()
     if (!m_objects)
         return EINVAL;
     Guard& guard = *m_objects->guard;
-    ErrorNumber error = lock_mutex(guard.mutex);
+    ErrorNumber error = ::pthread_mutex_lock(&guard.mutex);
     const bool ownerDied = error == EOWNERDEAD;
     if (ownerDied)
         error = ::pthread_mutex_consistent(&guard.mutex);
