@@ -152,6 +152,7 @@ TEST_F(TableReading, TablesFollowEachOtherInOneFile)
     EXPECT_EQ(m_table.m_header, "second");
     EXPECT_EQ(m_table.m_lift.mach(0), 0.7);
     EXPECT_EQ(m_table.m_lift.mach(1), std::nullopt); // nothing of the first table stays
+    EXPECT_TRUE(m_table.m_drag.m_machLines.empty());
     EXPECT_TRUE(m_table.m_drag.m_rows.empty());
 }
 

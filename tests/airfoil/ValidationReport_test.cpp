@@ -15,8 +15,9 @@ std::string report_of(const std::string& text, bool bNoHeader = true)
     std::string errors;
     const Tavro::FilePath path(directory.path("table"));
     const int result = table.readInputCard(path, errors, bNoHeader);
-    EXPECT_EQ(result, table.m_bValid ? 0 : 6);
-    return table.m_bValid && errors.empty() ? "valid" : errors;
+    EXPECT_EQ(result, errors.empty() ? 0 : 6);
+    EXPECT_EQ(table.m_bValid, errors.empty());
+    return errors.empty() ? "valid" : errors;
 }
 
 // Control lines of a single table with one angle, of 2 and of 10 Mach numbers.
