@@ -3,7 +3,7 @@
 
 #include "case/ControllerInput.h"
 
-/// The case file, told once for all who walk it: the reader and the writer pass by the same fields
+/// The case file, stated once for all who walk it: the reader and the writer pass by the same fields
 /// in the same order, so they cannot differ.
 ///
 /// A walker has these operations:

@@ -12,6 +12,7 @@
 #include <string>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace VRK::CaseFile {
@@ -88,7 +89,7 @@ public:
         (column.clear(), ...);
         for (std::uint32_t i = 0; i < count; ++i) {
             std::tuple<typename Column::value_type...> row;
-            std::apply([this](auto&... entry) { (cell(entry), ...); }, row);
+            std::apply([this](auto&... entry) { (this->cell(entry), ...); }, row);
             if (!m_stream)
                 return;
             std::apply(

@@ -7,6 +7,7 @@
 #include "tests/case/HexText.h"
 #include "tests/case/SolverInput.h"
 #include "tests/support/Isolated.h"
+#include "tests/support/Locales.h"
 
 #include <iostream>
 
@@ -78,6 +79,21 @@ TEST_F(AdaptiveInput, EveryRuleOfTheLabelsMakesItsBox)
     const auto outcome = Testing::run_isolated([this] { std::cout << create(); });
     EXPECT_EQ(outcome.out, "1");
     EXPECT_EQ(outcome.err, "ERROR: Non-Consistent Cartesian Ref Box Omitted!\n");
+    EXPECT_TRUE(same_bytes(golden_bytes("adapted-everything.treegen.hex"), adapted()));
+}
+
+TEST_F(AdaptiveInput, LabelsAreReadTheSameUnderACommaLocale)
+{
+    labels(kEveryRule);
+    const auto outcome = Testing::run_isolated([this] {
+        if (!Testing::use_comma_locale())
+            std::cout << "skip";
+        else
+            std::cout << create();
+    });
+    if (outcome.out == "skip")
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    EXPECT_EQ(outcome.out, "1");
     EXPECT_TRUE(same_bytes(golden_bytes("adapted-everything.treegen.hex"), adapted()));
 }
 

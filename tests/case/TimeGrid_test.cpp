@@ -30,6 +30,20 @@ TimeData two_layers()
     return time;
 }
 
+/// Values of every size and sign.
+TimeData three_layers()
+{
+    TimeData time {};
+    time.m_vecTLen = { 1, 1e-300, 123456.7 };
+    time.m_vecNtCell = { 4, 8, 4294967295 };
+    time.m_vecNIter = { 4294967295, 0, 7 };
+    time.m_vecRlxu = { -0.0, 1e-5, 1.0 / 3 };
+    time.m_vecRlxv = { 1e6, -2.5, 2.0 / 3 };
+    time.m_vecRlxw = { 1e5, 1, 1e300 };
+    time.m_vecRlxp = { 1e-4, 0, 12345.67 };
+    return time;
+}
+
 std::string plain(const TimeData& time)
 {
     return formatted([&](std::ostream& card) { format_time_grid(card, time); });
@@ -48,6 +62,17 @@ TEST(TimeGrid, PlainRunWithoutLayersIsTwoLines)
 TEST(TimeGrid, PlainRunWritesTheLayersAsTheyStandInGeneralForm)
 {
     EXPECT_TRUE(same_bytes(golden("plain.Tgrid"), plain(two_layers())));
+}
+
+TEST(TimeGrid, PlainRunWritesValuesOfEverySizeAndSign)
+{
+    EXPECT_TRUE(same_bytes(golden("everything.Tgrid"), plain(three_layers())));
+}
+
+TEST(TimeGrid, TargetAtTheEndOfALayerTakesItWholeAndNoneBehindIt)
+{
+    // 12 steps are the first two layers. Dividing by 4 and 8 and multiplying again is exact.
+    EXPECT_TRUE(same_bytes(golden("adaptive-everything.Tgrid"), cut(three_layers(), 12)));
 }
 
 TEST(TimeGrid, AdaptiveRunWithoutLayersIsTwoLines)
