@@ -88,7 +88,8 @@ TEST(Matrix44, HasTheConstantsOfIdentityMatrices)
 
 TEST(Multiply, AppliesTheFirstThreeRowsAndDividesByNothing)
 {
-    // Columns (1,2,3,100), (4,5,6,100), (7,8,9,100), (10,11,12,100); the fourth row must not matter.
+    // Columns (1,2,3,100), (4,5,6,100), (7,8,9,100), (10,11,12,100); the fourth row must not
+    // matter.
     const Matrix44<double> m { 1, 2, 3, 100, 4, 5, 6, 100, 7, 8, 9, 100, 10, 11, 12, 100 };
     const Vector<double, 3> out = Multiply(m, { 1, 2, 3 });
     EXPECT_EQ(out[0], 1.0 + 8 + 21 + 10); // 1*1 + 4*2 + 7*3 + 10
