@@ -11,7 +11,7 @@ namespace Tavro {
 
 /// Orientation of four points; never answers "flat".
 /// True: the signed volume of a-d, b-d, c-d is positive, after perturbation if it is zero.
-/// Ref: [Shewchuk97] sect. 4.4, [EdelsbrunnerMuecke90] sect. 3.
+/// Ref: [Shewchuk97] sect. 4.3, [EdelsbrunnerMuecke90] sect. 3.
 [[nodiscard]] bool sos_tetrahedron_volume_sign(const Vector<double, 3>& a,
     const Vector<double, 3>& b, const Vector<double, 3>& c, const Vector<double, 3>& d);
 

@@ -14,7 +14,7 @@ namespace {
 using Vec3 = Vector<double, 3>;
 
 constexpr double kUnitRoundoff = 0x1p-53;
-// A literal of six digits, a little above the bound (7 + 56u)u of [Shewchuk97] sect. 4.4.
+// A literal of six digits, a little above the bound (7 + 56u)u of [Shewchuk97] sect. 4.3.
 constexpr double kFilter = 7.77157e-16;
 static_assert(kFilter > (7.0 + 56.0 * kUnitRoundoff) * kUnitRoundoff);
 

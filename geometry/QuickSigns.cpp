@@ -116,7 +116,7 @@ std::optional<int> QuickTurnSign(double p, double q, double r, double s, double 
     if (!(largest < kLargest)) {
         return std::nullopt;
     }
-    // The bound is far above the (3 + 16u)u of the rounded determinant [Shewchuk97 sect. 4.3]: a
+    // The bound is far above the (3 + 16u)u of the rounded determinant [Shewchuk97 sect. 4.2]: a
     // product of expansions may be wrong by u itself, and must not matter either. The floor keeps
     // out the products that lose bits at the end of the range.
     const double left = (p - t) * (s - u);

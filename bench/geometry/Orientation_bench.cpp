@@ -53,6 +53,13 @@ Vec3 in_a_tilted_plane(std::mt19937_64& random)
     return { x, y, 1.0 - x - y };
 }
 
+// Full mantissas in the plane x = z: nothing shorter than expansions tells that they are flat.
+Vec3 on_a_diagonal_plane(std::mt19937_64& random)
+{
+    const double x = draw(random);
+    return { x, draw(random), x };
+}
+
 // Corners of a grid, as the cells of an octree have them.
 Vec3 on_a_grid(std::mt19937_64& random)
 {
@@ -127,6 +134,7 @@ void orientation(benchmark::State& state, Vec3 (*point)(std::mt19937_64&))
 BENCHMARK_CAPTURE(orientation, random, in_the_unit_cube)->Name("random_points/orientation");
 BENCHMARK_CAPTURE(orientation, flat, at_half_height)->Name("coplanar/across_an_axis");
 BENCHMARK_CAPTURE(orientation, tilted, in_a_tilted_plane)->Name("coplanar/tilted");
+BENCHMARK_CAPTURE(orientation, diagonal, on_a_diagonal_plane)->Name("coplanar/full_mantissas");
 BENCHMARK_CAPTURE(orientation, grid, on_a_grid)->Name("coplanar/grid_corners");
 BENCHMARK_CAPTURE(orientation, line, on_a_line)->Name("collinear");
 
