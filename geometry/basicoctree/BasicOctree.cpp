@@ -75,16 +75,29 @@ void BasicOctree::CreateChildren()
     if (m_pTriangles == nullptr)
         return;
 
-    // Two comparisons for each half of each axis tell all children, where box against box would
-    // need six for each child.
+    std::vector<unsigned char> touchedBy;
+    touchedBy.reserve(m_pTriangles->size());
+    std::array<std::size_t, kChildren> sizes {};
     for (const Triangle& triangle : *m_pTriangles) {
+        // Two comparisons for each half of each axis tell all children, where box against box would
+        // need six for each child.
         unsigned int touched = (1U << kChildren) - 1;
         for (unsigned int axis = 0; axis < 3; ++axis)
             touched &= children_touched(axis, triangle.m_Box.m_vMin[axis],
                 triangle.m_Box.m_vMax[axis], m_Box.m_vMin[axis], middle[axis], m_Box.m_vMax[axis]);
-        for (unsigned int i = 0; i < kChildren; ++i) {
-            if ((touched >> i & 1U) != 0)
-                m_pChildren[i].AddTriangle(triangle);
+        touchedBy.push_back(static_cast<unsigned char>(touched));
+        for (unsigned int i = 0; i < kChildren; ++i)
+            sizes[i] += touched >> i & 1U;
+    }
+    for (unsigned int i = 0; i < kChildren; ++i) {
+        if (sizes[i] == 0)
+            continue;
+        BasicOctree& child = m_pChildren[i];
+        child.m_pTriangles = std::make_unique<std::vector<Triangle>>();
+        child.m_pTriangles->reserve(sizes[i]); // lists that grow would cost half the memory again
+        for (std::size_t k = 0; k < touchedBy.size(); ++k) {
+            if ((static_cast<unsigned int>(touchedBy[k]) >> i & 1U) != 0)
+                child.AddTriangle((*m_pTriangles)[k]);
         }
     }
     m_pTriangles.reset();
