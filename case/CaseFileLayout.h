@@ -3,8 +3,8 @@
 
 #include "case/ControllerInput.h"
 
-/// The case file, stated once for all who walk it: the reader and the writer pass by the same fields
-/// in the same order, so they cannot differ.
+/// The case file, stated once for all who walk it: the reader and the writer pass by the same
+/// fields in the same order, so they cannot differ.
 ///
 /// A walker has these operations:
 ///   values(v...)        numbers, flags and arrays of numbers, one directly after the other

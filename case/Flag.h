@@ -9,7 +9,6 @@ namespace VRK {
 /// true. A `bool` must not hold a 2, which a foreign writer may use and must get back.
 class Flag {
 public:
-    /// Unset, as a plain `bool` would be; `Flag {}` is false.
     Flag() = default;
     constexpr Flag(bool value) // NOLINT(google-explicit-constructor): flags are set from bool
         : m_ucByte(value ? 1 : 0)
@@ -30,7 +29,7 @@ public:
     [[nodiscard]] constexpr unsigned char byte() const { return m_ucByte; }
 
 private:
-    unsigned char m_ucByte;
+    unsigned char m_ucByte = 0;
 };
 
 static_assert(sizeof(Flag) == 1 && std::is_trivially_copyable_v<Flag>);

@@ -26,24 +26,24 @@ struct BodyData {
     std::vector<Tavro::Facet<double, 3, 3>> m_vecFacets; ///< vertices in order
 };
 
-/// What the grid generator is asked for. Members without an initialiser are unset until read.
+/// What the grid generator is asked for.
 struct GridData {
     double m_dDomainMin[3] {}; ///< lower corner of the computational domain
     double m_dDomainMax[3] {}; ///< upper corner
-    std::uint32_t m_uintCellsX; ///< base grid divisions
-    std::uint32_t m_uintCellsY;
-    std::uint32_t m_uintCellsZ;
+    std::uint32_t m_uintCellsX {}; ///< base grid divisions
+    std::uint32_t m_uintCellsY {};
+    std::uint32_t m_uintCellsZ {};
     std::vector<Tavro::Vector<double, 3>> m_vecPoints; ///< handed on as they stand
     // The grid generator sees the three lists as one, in this order.
     std::vector<RefBoxData> m_vecRefBoxesA;
     std::vector<RefBoxData> m_vecRefBoxesB;
     std::vector<RefBoxData> m_vecRefBoxesC;
-    Flag m_bApproxWettedSurface; ///< feed the grid generator an approximate wetted surface
-    std::uint32_t m_uintWettedSurfaceArg; ///< how that surface is made
-    std::uint8_t m_ucLevelMin; ///< refinement levels of its triangles
-    std::uint8_t m_ucLevelMax;
-    Flag m_bHybrid; ///< hybrid grid; the viscous input is written
-    Flag m_bPrisms; ///< prisms in the hybrid stage
+    Flag m_bApproxWettedSurface {}; ///< feed the grid generator an approximate wetted surface
+    std::uint32_t m_uintWettedSurfaceArg {}; ///< how that surface is made
+    std::uint8_t m_ucLevelMin {}; ///< refinement levels of its triangles
+    std::uint8_t m_ucLevelMax {};
+    Flag m_bHybrid {}; ///< hybrid grid; the viscous input is written
+    Flag m_bPrisms {}; ///< prisms in the hybrid stage
     Tavro::FilePath m_fpViscInput; ///< receives `m_strViscInput`
     std::string m_strViscInput; ///< complete text, zero bytes included
 };

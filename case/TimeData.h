@@ -7,9 +7,8 @@
 namespace VRK {
 
 /// Time schedule. The seven vectors are one table, a row per time layer, and share their length.
-/// Members without an initialiser are unset until read.
 struct TimeData {
-    std::uint8_t m_ucFcMode; ///< 1: fully implicit, 2: half, else explicit
+    std::uint8_t m_ucFcMode {}; ///< 1: fully implicit, 2: half, else explicit
     std::vector<double> m_vecTLen; ///< duration
     std::vector<std::uint32_t> m_vecNtCell; ///< time steps
     std::vector<std::uint32_t> m_vecNIter; ///< iterations per step
