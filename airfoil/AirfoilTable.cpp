@@ -9,7 +9,7 @@ namespace Tavro {
 namespace {
 
 constexpr std::size_t kHeaderWidth = 70;
-constexpr const char* kHeaderKind = "  2"; // the rotor program's mark of a table in this layout
+constexpr const char* kHeaderKind = "  2"; // fixed by the rotor program's format
 constexpr int kFirstOfTwoDigits = 10;
 
 } // namespace

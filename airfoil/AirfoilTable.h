@@ -73,7 +73,7 @@ public:
         [[nodiscard]] bool writeToFile(std::ostream& stream) const;
 
         /// The table as numbers, by their place in the columns from 0 on; nothing where the file
-        /// has a blank field or no field at all. The rotor program reads a blank field as 0.
+        /// has a blank field or no field at all.
         [[nodiscard]] std::optional<double> mach(std::size_t column) const;
         /// Degrees.
         [[nodiscard]] std::optional<double> angle(std::size_t row) const;

@@ -3,6 +3,7 @@
 
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/FileUtilities.h"
+#include "tavrobase/PathIdentity.h"
 
 #include <algorithm>
 #include <exception>
@@ -98,23 +99,40 @@ std::string cleaned_name(const FilePath& file)
     return cleaned.GetRelative(getCurrentDirectory());
 }
 
+/// Whether a file is in use under its own name: a copy must not take the place of another table.
+bool is_in_use(const std::string& path)
+{
+    const auto& files = AirfoilTable::m_cleanedFiles;
+    return std::any_of(files.begin(), files.end(), [&path](const AirfoilTable::cleanedFile& entry) {
+        return LeadToOneFile(entry.m_path, path)
+            || LeadToOneFile(FilePath(entry.m_path).Get(), path);
+    });
+}
+
 /// Name of the copy that was made; nothing if none is needed or possible.
 std::optional<std::string> write_cleaned(const std::string& path)
 {
     const FilePath file(path);
-    auto bytes = bytes_of(path);
-    if (!bytes)
-        bytes = bytes_of(file.Get()); // named with backslashes or "~"
+    std::string source = path;
+    auto bytes = bytes_of(source);
+    if (!bytes) {
+        source = file.Get(); // named with backslashes or "~"
+        bytes = bytes_of(source);
+    }
     if (!bytes)
         return std::nullopt;
     const Lines lines = lines_of(*bytes);
     const auto control = find_control_line(lines);
     if (!control || *control == 0)
         return std::nullopt;
-    // With a "~" or ".." in it a name means one place to a path and can mean another to the system.
-    if (!file.Exists())
+    // With a "~", a ".." behind a link or a backslash in it a name can mean one file to a path and
+    // another to the system: the copy would lie beside the wrong one.
+    if (!LeadToOneFile(source, file.Get()))
         return std::nullopt;
     std::string cleaned = cleaned_name(file);
+    if (!LeadToOneFile(FilePath(cleaned).GetPath().Get(), file.GetPath().Get())
+        || is_in_use(cleaned))
+        return std::nullopt;
     if (!writeFileAtomically(FilePath(cleaned), joined(lines, *control)))
         return std::nullopt;
     (void)MakeHidden(FilePath(cleaned)); // a copy that shows is as good

@@ -36,7 +36,7 @@ function(vortik_test name)
   if(arg_SLOW)
     set(label slow)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+  gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES LABELS ${label} TIMEOUT 300)
 endfunction()
 

@@ -43,6 +43,12 @@ bool IsOccupied(const FilePath& path)
     return path.Exists() || Platform::is_symbolic_link(path.Get());
 }
 
+bool LeadToOneFile(const std::string& left, const std::string& right)
+{
+    boost::system::error_code missing;
+    return boost::filesystem::equivalent(left, right, missing) && !missing;
+}
+
 bool LiesWithin(const FilePath& inner, const FilePath& outer)
 {
     const auto within = followed(inner);

@@ -8,6 +8,9 @@ namespace Tavro {
 /// Whether there is an entry of that name, be it a link that leads nowhere.
 [[nodiscard]] bool IsOccupied(const FilePath& path);
 
+/// Whether both paths, as the system reads them, lead to one existing file or directory.
+[[nodiscard]] bool LeadToOneFile(const std::string& left, const std::string& right);
+
 /// Whether `inner` is `outer` or lies below it, wherever links in the two may lead.
 [[nodiscard]] bool LiesWithin(const FilePath& inner, const FilePath& outer);
 

@@ -130,6 +130,34 @@ TEST_F(CleanedCopy, OfAFileWithATildeInItsNameIsNotMadeElsewhere)
     EXPECT_EQ(names("run"), (Names { "NACA~1.DAT", "tables" }));
 }
 
+// To the system "tables/.." is the directory above the one that the link leads to; to a path it is
+// where the link lies. The copy of the one file must not take the place of the other's.
+TEST_F(CleanedCopy, OfAPathThatClimbsBehindALinkIsNotMadeBesideAnotherFile)
+{
+    Testing::make_directory(m_directory.path("data/sub"));
+    std::filesystem::remove(m_directory.path("run/tables"));
+    Testing::make_link("../data/sub", m_directory.path("run/tables"));
+    put("run/a.dat");
+    put("data/a.dat", "another\n" + kDirty);
+    EXPECT_EQ(answer("tables/../a.dat"), "tables/../a.dat");
+    EXPECT_EQ(names("run"), (Names { "a.dat", "tables" }));
+    EXPECT_EQ(names("data"), (Names { "a.dat", "sub" }));
+}
+
+TEST_F(CleanedCopy, DoesNotTakeThePlaceOfATableThatIsInUse)
+{
+    put("run/b");
+    put("run/.b", TableTexts::kTable);
+    const auto outcome = Testing::run_isolated([&] {
+        std::filesystem::current_path(m_directory.path("run"));
+        std::cout << AirfoilTable::cleanAirfoilTable(".b") << ' '
+                  << AirfoilTable::cleanAirfoilTable("b");
+        AirfoilTable::removeCleanedAirfoilTables();
+    });
+    EXPECT_EQ(outcome.out, ".b b");
+    EXPECT_EQ(get("run/.b"), TableTexts::kTable);
+}
+
 TEST_F(CleanedCopy, OfAHiddenFileHasOneMorePoint)
 {
     put("run/.naca0012.dat");

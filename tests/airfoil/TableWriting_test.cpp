@@ -8,6 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <fstream>
+#include <string>
+
+#include <sys/resource.h>
+
 #include <iostream>
 #include <limits>
 
@@ -105,6 +111,37 @@ TEST_F(TableWriting, AFullDiskIsAFailure)
     if (!Testing::file_exists("/dev/full"))
         GTEST_SKIP() << "there is no device that is always full";
     EXPECT_EQ(m_table.writeInputCard(FilePath("/dev/full"), 1, true), 6);
+}
+
+// A stream without a buffer on a file that may not grow beyond some size: a failure in each line.
+TEST_F(TableWriting, AFailureInAnyLineIsAFailure)
+{
+    std::ofstream whole(m_directory.path("whole"), std::ios::binary);
+    ASSERT_EQ(m_table.writeToSingleInputFile(whole, 1, false), 0);
+    whole.close();
+    const std::string text = Testing::read_file(m_directory.path("whole"));
+    std::string expected;
+    for (std::size_t limit = 0; limit < text.size(); limit = text.find('\n', limit) + 1)
+        expected += '6';
+    expected += '0';
+    const auto outcome = Testing::run_isolated([&] {
+        ::signal(SIGXFSZ, SIG_IGN);
+        std::string results;
+        for (std::size_t limit = 0; limit <= text.size();
+             limit = limit == text.size() ? limit + 1 : text.find('\n', limit) + 1) {
+            std::ofstream file;
+            file.rdbuf()->pubsetbuf(nullptr, 0);
+            file.open(m_directory.path("cut"), std::ios::binary);
+            const rlimit size { limit, RLIM_INFINITY };
+            ::setrlimit(RLIMIT_FSIZE, &size);
+            results += std::to_string(m_table.writeToSingleInputFile(file, 1, false));
+            const rlimit none { RLIM_INFINITY, RLIM_INFINITY };
+            ::setrlimit(RLIMIT_FSIZE, &none);
+        }
+        std::cout << results;
+    });
+    EXPECT_EQ(outcome.out, expected);
+    EXPECT_GT(expected.size(), 4U) << "the table has too few lines to fail in";
 }
 
 TEST_F(TableWriting, ACommaLocaleChangesNothing)
