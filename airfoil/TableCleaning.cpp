@@ -18,6 +18,19 @@ namespace {
 
 using Lines = std::vector<std::string_view>;
 
+/// Bytes that the file seems to have, as far as room may be taken for them in advance; 0 for what
+/// cannot be positioned, like a pipe.
+std::size_t size_hint(std::ifstream& file)
+{
+    constexpr std::streamoff kMost = std::streamoff { 1 } << 28; // directories claim any size
+    file.seekg(0, std::ios::end);
+    const std::streamoff size = file.tellg();
+    file.clear();
+    file.seekg(0);
+    file.clear();
+    return size > 0 && size <= kMost ? static_cast<std::size_t>(size) : 0;
+}
+
 /// The whole file; nothing if it cannot be opened or read to its end, for a copy of a part would
 /// pass for the table.
 std::optional<std::string> bytes_of(const std::string& path)
@@ -27,6 +40,7 @@ std::optional<std::string> bytes_of(const std::string& path)
         return std::nullopt;
     constexpr std::size_t kBlock = std::size_t { 1 } << 20;
     std::string bytes;
+    bytes.reserve(size_hint(file) + kBlock); // growing by copies would touch a large file twice
     for (std::size_t size = 0; file.good();) {
         bytes.resize(size + kBlock);
         file.read(bytes.data() + size, kBlock);

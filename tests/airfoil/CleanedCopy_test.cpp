@@ -12,7 +12,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <thread>
 
+#include <sys/stat.h>
 #include <sys/syscall.h>
 
 using Tavro::AirfoilTable;
@@ -281,6 +283,20 @@ TEST_F(CleanedCopy, AFullDiskLeavesAFormerCopyAsItWas)
     if (outcome.out == kNotPermitted)
         GTEST_SKIP() << "failing calls are not permitted here";
     EXPECT_EQ(outcome.out, "a.dat former 3") << outcome.err; // and "tables"
+}
+
+TEST_F(CleanedCopy, OfAPipeIsMadeBesideIt)
+{
+    const auto outcome = Testing::run_isolated([&] {
+        std::filesystem::current_path(m_directory.path("run"));
+        if (::mkfifo("pipe", 0600) != 0)
+            return;
+        std::thread writer([] { Testing::write_file("pipe", kDirty); });
+        std::cout << AirfoilTable::cleanAirfoilTable("pipe");
+        writer.join();
+    });
+    EXPECT_EQ(outcome.out, ".pipe") << outcome.err;
+    EXPECT_EQ(get("run/.pipe"), kClean);
 }
 
 TEST_F(CleanedCopy, OfASourceThatCannotBeReadToItsEndIsNotMade)
