@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <ctime>
 #include <type_traits>
 
 #include <fcntl.h>
@@ -81,6 +82,20 @@ private:
     int m_object;
     ErrorNumber m_error;
 };
+
+// A blocking lock, but never asleep for longer than a second at a time: an owner that is killed
+// between giving the mutex up and waking the next one leaves nobody behind who would.
+ErrorNumber lock_mutex(pthread_mutex_t& mutex)
+{
+    int error = ::pthread_mutex_trylock(&mutex);
+    while (error == EBUSY || error == ETIMEDOUT) {
+        timespec end {};
+        ::clock_gettime(CLOCK_REALTIME, &end);
+        ++end.tv_sec;
+        error = ::pthread_mutex_timedlock(&mutex, &end);
+    }
+    return error;
+}
 
 // Growing rests between two looks at the semaphore: almost every hold of another program is over
 // within the first few, and one that lasts must not cost a processor.
@@ -274,7 +289,7 @@ ErrorNumber NamedLock::acquire()
     if (!m_objects)
         return EINVAL;
     Guard& guard = *m_objects->guard;
-    ErrorNumber error = ::pthread_mutex_lock(&guard.mutex);
+    ErrorNumber error = lock_mutex(guard.mutex);
     const bool ownerDied = error == EOWNERDEAD;
     if (ownerDied)
         error = ::pthread_mutex_consistent(&guard.mutex);

@@ -45,7 +45,7 @@ Failure open_or_create_object(const std::string& name, Descriptor& object, struc
 {
     for (;;) {
         // Not in one call: the system may refuse to "create" what another user has put there, and
-        // what exists must not be told apart by a mode that we did not give it.
+        // what exists must not be judged by a mode that we did not give it.
         Failure failure = open_existing_object(name, object, facts);
         if (failure.error != ENOENT)
             return failure;

@@ -7,7 +7,7 @@
 
 namespace Testing {
 
-/// Uses links at random until it is killed or told to stop; in a process of its own.
+/// Uses links at random until it is killed or asked to stop; in a process of its own.
 [[noreturn]] void run_chaos_worker(ChaosBoard& board, int index, std::uint64_t seed);
 
 /// Owns the counters and says at the end what is left; in a process of its own, never killed.

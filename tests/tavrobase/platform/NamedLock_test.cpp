@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tavrobase/platform/NamedLock.h"
-#include "tests/support/Files.h"
-#include "tests/support/PrivateObjects.h"
+#include "tests/tavrobase/platform/NamedLockTest.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/Files.h"
 
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <thread>
 
-#include <semaphore.h>
-#include <sys/mman.h>
-#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,40 +16,7 @@ namespace Testing {
 
 namespace {
 
-using std::chrono::milliseconds;
-using Tavro::Platform::NamedLock;
-
-// Short, for there is no foreign program that might want to be waited for.
-constexpr auto kTakeoverWait = milliseconds(10);
-
-class NamedLockHold : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        const std::string why = use_private_objects();
-        if (!why.empty())
-            GTEST_SKIP() << why;
-        remove_private_objects();
-        ASSERT_FALSE(lock.open("lock", kTakeoverWait));
-        semaphore = ::sem_open("/lock", 0);
-        ASSERT_NE(semaphore, SEM_FAILED);
-    }
-    void TearDown() override
-    {
-        if (semaphore != nullptr)
-            ::sem_close(semaphore);
-    }
-
-    [[nodiscard]] int value() const
-    {
-        int found = -1;
-        ::sem_getvalue(semaphore, &found);
-        return found;
-    }
-
-    NamedLock lock;
-    sem_t* semaphore = nullptr;
-};
+class NamedLockHold : public NamedLockTest { };
 
 TEST_F(NamedLockHold, TakesTheSemaphoreDownAndGivesItBack)
 {
@@ -128,49 +89,6 @@ TEST_F(NamedLockHold, PathIsWhereTheSystemShowsTheSemaphore)
 {
     EXPECT_TRUE(file_exists(NamedLock::path("lock")));
     EXPECT_EQ(private_object_names(), "lock.guard1 sem.lock");
-}
-
-// Every single instruction of a hold and its end, from before the mutex to after it.
-TEST_F(NamedLockHold, DeathAfterAnyInstructionPassesTheLockOn)
-{
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-    GTEST_SKIP() << "a sanitizer's instructions are not ours";
-#endif
-    ASSERT_EQ(lock.acquire(), 0); // binds the calls before the child counts
-    ASSERT_EQ(lock.release(), 0);
-    int points = 0;
-    for (long point = 1;; ++point) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0)
-                ::_exit(1);
-            ::raise(SIGSTOP);
-            if (lock.acquire() != 0 || lock.release() != 0)
-                ::_exit(1);
-            ::_exit(0);
-        }
-        int status = 0;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        if (!WIFSTOPPED(status))
-            GTEST_SKIP() << "the system lets no process trace another";
-        long done = 0;
-        while (done < point && WIFSTOPPED(status)) {
-            ASSERT_EQ(::ptrace(PTRACE_SINGLESTEP, child, nullptr, nullptr), 0);
-            ASSERT_EQ(::waitpid(child, &status, 0), child);
-            ++done;
-        }
-        if (!WIFSTOPPED(status))
-            break;
-        ::kill(child, SIGKILL);
-        ::waitpid(child, nullptr, 0);
-        SCOPED_TRACE("killed after instruction " + std::to_string(point));
-        ASSERT_EQ(lock.acquire(), 0);
-        ASSERT_EQ(value(), 0);
-        ASSERT_EQ(lock.release(), 0);
-        ASSERT_EQ(value(), 1);
-        ++points;
-    }
-    EXPECT_GT(points, 100) << "the lock no longer takes many steps";
 }
 
 TEST_F(NamedLockHold, DeathOfAWaiterLeavesAForeignHolderAlone)
