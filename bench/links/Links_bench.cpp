@@ -20,7 +20,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include <pthread.h>
 #include <semaphore.h>
@@ -239,13 +238,6 @@ private:
     std::array<pid_t, kMaxProcesses> m_pids {};
 };
 
-double median(std::vector<std::int64_t> times)
-{
-    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-    std::nth_element(times.begin(), middle, times.end());
-    return static_cast<double>(*middle);
-}
-
 void measure(benchmark::State& state, MakeTurn make)
 {
     static const std::string why = Testing::use_private_objects();
@@ -257,17 +249,18 @@ void measure(benchmark::State& state, MakeTurn make)
     const auto processes = static_cast<int>(state.range(0));
     Crew crew(processes, make);
     Crew bare(processes, bare_lock);
-    std::vector<std::int64_t> times;
-    std::vector<std::int64_t> bareTimes;
+    double total = 0.0;
+    double bareTotal = 0.0;
     for (auto _ : state) {
-        bareTimes.push_back(bare.round());
-        times.push_back(crew.round());
-        state.SetIterationTime(static_cast<double>(times.back()) * 1e-9);
+        bareTotal += static_cast<double>(bare.round());
+        const auto time = static_cast<double>(crew.round());
+        total += time;
+        state.SetIterationTime(time * 1e-9);
     }
-    const double turns = static_cast<double>(processes) * kTurns;
-    state.counters["ns_per_op"] = median(times) / turns;
-    state.counters["bare_ns"] = median(bareTimes) / turns;
-    state.counters["ratio"] = median(times) / median(bareTimes);
+    const double turns = static_cast<double>(state.iterations()) * processes * kTurns;
+    state.counters["ns_per_op"] = total / turns;
+    state.counters["bare_ns"] = bareTotal / turns;
+    state.counters["ratio"] = total / bareTotal;
 }
 
 void GetLinkData(benchmark::State& state) { measure(state, get_data); }
