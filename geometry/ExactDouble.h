@@ -52,6 +52,9 @@
 
 namespace Tavro {
 
+/// `Compress` on the array itself.
+void CompressInPlace(Expansion& e);
+
 /// A real number without rounding error: the sum of an expansion that is never empty.
 /// Each operator compresses its result, so that the last component has the sign of the value.
 /// A comparison forms the whole difference.
@@ -107,9 +110,13 @@ public:
     [[nodiscard]] bool operator!=(const ExactDouble& d) const;
 
 private:
-    explicit ExactDouble(Expansion&& compressed) noexcept
-        : m_vdExpansion(std::move(compressed))
+    // What `make` returns is built in its place, and compressed there.
+    struct Compressed { };
+    template <typename Make>
+    ExactDouble(Compressed, const Make& make)
+        : m_vdExpansion(make())
     {
+        CompressInPlace(m_vdExpansion);
     }
 
     Expansion m_vdExpansion;

@@ -70,12 +70,14 @@ Expansion MergeExpansions(const Expansion& a, const Expansion& b)
     double* to = merged.begin();
     const double* x = a.begin();
     const double* y = b.begin();
-    while (x != a.end() && y != b.end()) {
+    const double* const xEnd = a.end();
+    const double* const yEnd = b.end();
+    while (x != xEnd && y != yEnd) {
         const bool first = *x == 0.0 || (*y != 0.0 && std::fabs(*x) < std::fabs(*y));
         *to++ = first ? *x++ : *y++;
     }
-    to = std::copy(x, a.end(), to);
-    std::copy(y, b.end(), to);
+    to = std::copy(x, xEnd, to);
+    std::copy(y, yEnd, to);
     return merged;
 }
 
@@ -171,6 +173,12 @@ Expansion EliminateZeros(const Expansion& e)
 
 Expansion Compress(Expansion e)
 {
+    Tavro::CompressInPlace(e);
+    return e;
+}
+
+void Tavro::CompressInPlace(Expansion& e)
+{
     double* g = e.begin();
     const double* nonzero = std::remove(g, e.end(), 0.0);
     const auto n = static_cast<std::size_t>(nonzero - g);
@@ -179,7 +187,7 @@ Expansion Compress(Expansion e)
         e.resize(1);
     }
     if (n < 3) {
-        return e;
+        return;
     }
     // Both sweeps write only where they have read already, so that one array serves all.
     std::size_t bottom = n - 1;
@@ -203,5 +211,4 @@ Expansion Compress(Expansion e)
     }
     g[top] = q;
     e.resize(top + 1);
-    return e;
 }

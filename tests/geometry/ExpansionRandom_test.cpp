@@ -242,6 +242,21 @@ TEST_F(ExpansionRandom, AnyInputGivesTheBitsOfThePlainKernels)
         ASSERT_TRUE(same_bits(Compress(e), Plain::compress(e)));
         const Doubles product = Plain::expansion_product(e, f);
         ASSERT_TRUE(same_bits(Compress(product), Plain::compress(product)));
+        const ExactDouble x = ExactDouble(e[0]) * b;
+        const ExactDouble y = ExactDouble(f[0]) * e.back() + f.back();
+        const Doubles xs = Plain::compress(Plain::scale_expansion({ e[0] }, b));
+        const Doubles ys = Plain::compress(Plain::grow_expansion(
+            Plain::compress(Plain::scale_expansion({ f[0] }, e.back())), f.back()));
+        const Doubles negative = Plain::scale_expansion(ys, -1.0);
+        const Doubles sum = Plain::compress(Plain::fast_expansion_sum(xs, ys));
+        const Doubles difference = Plain::compress(Plain::fast_expansion_sum(xs, negative));
+        const Doubles times = Plain::compress(Plain::expansion_product(xs, ys));
+        ASSERT_TRUE(same_bits((x + y).GetExpansion(), sum));
+        ASSERT_TRUE(same_bits((x - y).GetExpansion(), difference));
+        ASSERT_TRUE(same_bits((x * y).GetExpansion(), times));
+        const Doubles single = Plain::compress(
+            Plain::fast_expansion_sum({ e[0] }, Plain::scale_expansion({ b }, -1.0)));
+        ASSERT_TRUE(same_bits((ExactDouble(e[0]) - ExactDouble(b)).GetExpansion(), single));
         withoutMeaning += std::isnan(product.back()) ? 1 : 0;
     }
     EXPECT_GT(withoutMeaning, 100) << "the corpus no longer overflows";
