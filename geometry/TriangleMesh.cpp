@@ -17,7 +17,7 @@ MeshTriangle* find_triangle(MeshVertex* const (&vertices)[3], MeshEdge* const (&
         std::begin(edges), std::end(edges), [](const MeshEdge* left, const MeshEdge* right) {
             return left->m_setTriangles.size() < right->m_setTriangles.size();
         });
-    const auto found = std::find_if(edge->m_setTriangles.begin(), edge->m_setTriangles.end(),
+    const auto* const found = std::find_if(edge->m_setTriangles.begin(), edge->m_setTriangles.end(),
         [&](const MeshTriangle* t) { return t->Winds(vertices[0], vertices[1], vertices[2]); });
     return found != edge->m_setTriangles.end() ? *found : nullptr;
 }
@@ -30,12 +30,14 @@ TriangleMesh::~TriangleMesh() { DestroyElements(); }
 
 void TriangleMesh::DestroyElements()
 {
+    // NOLINTBEGIN(clang-analyzer-optin.cplusplus.VirtualCall): as the destructor says
     for (MeshTriangle* triangle : m_vecTriangles)
         DestroyTriangle(triangle);
     for (MeshEdge* edge : m_vecEdges)
         DestroyEdge(edge);
     for (MeshVertex* vertex : m_vecVertices)
         DestroyVertex(vertex);
+    // NOLINTEND(clang-analyzer-optin.cplusplus.VirtualCall)
     m_vecTriangles.clear();
     m_vecEdges.clear();
     m_vecVertices.clear();
@@ -109,7 +111,7 @@ MeshEdge* TriangleMesh::FindEdge(const MeshVertex* v0, const MeshVertex* v1)
     // The edge is in both lists; at the hub of a fan one of them is long.
     if (v1->m_setEdges.size() < v0->m_setEdges.size())
         std::swap(v0, v1);
-    const auto found = std::find_if(v0->m_setEdges.begin(), v0->m_setEdges.end(),
+    const auto* const found = std::find_if(v0->m_setEdges.begin(), v0->m_setEdges.end(),
         [&](const MeshEdge* edge) { return edge->Has(v1); });
     return found != v0->m_setEdges.end() ? *found : nullptr;
 }

@@ -46,13 +46,13 @@ protected:
     }
     double angle(const MeshTriangle* t1, const MeshTriangle* t2)
     {
-        return m_mesh.GetAngleBetweenAdjacentTriangles(t1, t2, edge());
+        return CurvatureMesh::GetAngleBetweenAdjacentTriangles(t1, t2, edge());
     }
-    std::vector<MeshTriangle*> ordered() { return m_mesh.OrderAdjacentTriangles(edge()); }
+    std::vector<MeshTriangle*> ordered() { return CurvatureMesh::OrderAdjacentTriangles(edge()); }
     double curvature()
     {
         edge()->m_dCurvature = -1.0; // so that a value that is not set shows
-        m_mesh.SetEdgeCurvature(edge());
+        CurvatureMesh::SetEdgeCurvature(edge());
         return edge()->m_dCurvature;
     }
 
@@ -159,7 +159,7 @@ TEST_F(CurvatureMeshOrder, AnEdgeWithoutTrianglesHasNone)
     (void)along(kAt0); // only its vertices matter
     Tavro::MeshEdge* const lonely
         = m_mesh.CreateEdge(m_mesh.FindVertex(kA), m_mesh.FindVertex(kAt0));
-    EXPECT_TRUE(m_mesh.OrderAdjacentTriangles(lonely).empty());
+    EXPECT_TRUE(CurvatureMesh::OrderAdjacentTriangles(lonely).empty());
     m_mesh.DestroyEdge(lonely);
 }
 
@@ -169,7 +169,7 @@ TEST_F(CurvatureMeshEdge, WithoutTrianglesKeepsItsCurvature)
     auto* const lonely = static_cast<CurvatureEdge*>(
         m_mesh.CreateEdge(m_mesh.FindVertex(kA), m_mesh.FindVertex(kAt0)));
     lonely->m_dCurvature = 0.75;
-    m_mesh.SetEdgeCurvature(lonely);
+    CurvatureMesh::SetEdgeCurvature(lonely);
     EXPECT_EQ(lonely->m_dCurvature, 0.75);
     m_mesh.DestroyEdge(lonely);
 }

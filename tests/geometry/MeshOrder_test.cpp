@@ -90,7 +90,7 @@ struct PlainMesh {
     {
         if (t[0] == t[1] || t[1] == t[2] || t[2] == t[0])
             return;
-        const auto first = std::min_element(t.begin(), t.end());
+        auto* const first = std::min_element(t.begin(), t.end());
         std::rotate(t.begin(), first, t.end());
         triangles.insert(t);
         for (std::size_t i = 0; i < 3; ++i) {

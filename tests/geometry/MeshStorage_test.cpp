@@ -139,11 +139,13 @@ struct Fussy {
 TEST(Arena, ObjectsStayWhereTheyAre)
 {
     Tavro::Arena<Fussy> arena;
-    std::vector<Fussy*> objects;
-    for (int i = 0; i < 5000; ++i)
-        objects.push_back(arena.Create(i));
-    for (int i = 0; i < 5000; ++i)
-        ASSERT_EQ(objects[static_cast<std::size_t>(i)]->m_number, i);
+    std::vector<Fussy*> objects(5000);
+    int number = 0;
+    for (Fussy*& object : objects)
+        object = arena.Create(number++);
+    number = 0;
+    for (const Fussy* object : objects)
+        ASSERT_EQ(object->m_number, number++);
 }
 
 TEST(Arena, ThePlaceOfADestroyedObjectIsUsedAgain)
