@@ -132,8 +132,8 @@ TEST(MeshFactory, AddingToACurvatureMeshUnmarksIt)
 /// Writes down what its factory is asked for; its elements are its own.
 class TellingMesh : public TriangleMesh { // NOLINT(cppcoreguidelines-virtual-class-destructor)
 public:
-    explicit TellingMesh(std::string& told)
-        : m_told(told)
+    explicit TellingMesh(std::string& calls)
+        : m_calls(calls)
     {
     }
     ~TellingMesh() { DestroyElements(); }
@@ -144,36 +144,36 @@ public:
 
     MeshVertex* CreateVertex(const Position& position) override
     {
-        m_told += "vertex " + name(position) + "; ";
+        m_calls += "vertex " + name(position) + "; ";
         return new MeshVertex(position);
     }
     MeshEdge* CreateEdge(MeshVertex* v0, MeshVertex* v1) override
     {
         auto* const edge = new MeshEdge(v0, v1);
-        m_told += "edge " + name(edge->m_pVertex0->m_vPosition)
+        m_calls += "edge " + name(edge->m_pVertex0->m_vPosition)
             + name(edge->m_pVertex1->m_vPosition) + "; ";
         return edge;
     }
     MeshTriangle* CreateTriangle(MeshVertex* v0, MeshVertex* v1, MeshVertex* v2, MeshEdge* e0,
         MeshEdge* e1, MeshEdge* e2) override
     {
-        m_told += "triangle " + name(v0->m_vPosition) + name(v1->m_vPosition)
+        m_calls += "triangle " + name(v0->m_vPosition) + name(v1->m_vPosition)
             + name(v2->m_vPosition) + "; ";
         return new MeshTriangle(v0, v1, v2, e0, e1, e2);
     }
     void DestroyVertex(MeshVertex* vertex) override
     {
-        m_told += "-v";
+        m_calls += "-v";
         delete vertex;
     }
     void DestroyEdge(MeshEdge* edge) override
     {
-        m_told += "-e";
+        m_calls += "-e";
         delete edge;
     }
     void DestroyTriangle(MeshTriangle* triangle) override
     {
-        m_told += "-t";
+        m_calls += "-t";
         delete triangle;
     }
 
@@ -183,26 +183,26 @@ private:
         return position[0] != 0.0 ? "x" : position[1] != 0.0 ? "y" : "o";
     }
 
-    std::string& m_told;
+    std::string& m_calls;
 };
 
 #pragma GCC diagnostic pop
 
 TEST(MeshFactory, VerticesEdgesAndTriangleAreAskedForInOrderAndOnce)
 {
-    std::string told;
+    std::string calls;
     {
-        TellingMesh mesh(told);
+        TellingMesh mesh(calls);
         mesh.AddTriangle(kX, kY, kO);
-        EXPECT_EQ(told, "vertex x; vertex y; vertex o; edge yx; edge oy; edge ox; triangle xyo; ");
-        told.clear();
+        EXPECT_EQ(calls, "vertex x; vertex y; vertex o; edge yx; edge oy; edge ox; triangle xyo; ");
+        calls.clear();
         mesh.AddTriangle(kY, kO, kX);
-        EXPECT_EQ(told, "");
+        EXPECT_EQ(calls, "");
         mesh.AddTriangle(kX, kO, kY);
-        EXPECT_EQ(told, "triangle xoy; ");
-        told.clear();
+        EXPECT_EQ(calls, "triangle xoy; ");
+        calls.clear();
     }
-    EXPECT_EQ(told, "-t-t-e-e-e-v-v-v") << "the mesh owns what its factory made";
+    EXPECT_EQ(calls, "-t-t-e-e-e-v-v-v") << "the mesh owns what its factory made";
 }
 
 WettedTriangle triangle_with_flags(unsigned char flags)
