@@ -65,6 +65,7 @@ public:
         : m_vdExpansion { 0.0 }
     {
     }
+    // NOLINTNEXTLINE(*-explicit-constructor): every double is a number
     ExactDouble(double value)
         : m_vdExpansion { value }
     {

@@ -23,9 +23,10 @@ public:
     static constexpr std::size_t kInline = 32;
 
     // The components in the object are left as they are until written: to clear 32 of them would
-    // cost more than most operations on the one or two that are used.
-    Expansion() noexcept { } // NOLINT(modernize-use-equals-default)
-
+    // cost more than most operations on the one or two that are used. Lists and vectors stand for
+    // expansions wherever one is wanted.
+    // NOLINTBEGIN(*-member-init, *-explicit-constructor, modernize-use-equals-default)
+    Expansion() noexcept { }
     Expansion(std::initializer_list<double> components)
     {
         Assign(components.begin(), components.size());
@@ -36,6 +37,7 @@ public:
     }
     Expansion(const Expansion& other) { Assign(other.begin(), other.size()); }
     Expansion(Expansion&& other) noexcept { Take(other); }
+    // NOLINTEND(*-member-init, *-explicit-constructor, modernize-use-equals-default)
     Expansion& operator=(const Expansion& other)
     {
         if (this != &other) {
@@ -86,6 +88,7 @@ public:
     [[nodiscard]] const double& operator[](std::size_t i) const noexcept { return begin()[i]; }
     [[nodiscard]] const double& back() const noexcept { return begin()[m_size - 1]; }
 
+    // NOLINTNEXTLINE(*-explicit-constructor): as above
     [[nodiscard]] operator std::vector<double>() const { return { begin(), end() }; }
 
     [[nodiscard]] friend bool operator==(const Expansion& left, const Expansion& right)

@@ -72,8 +72,9 @@ bool sos_get_perturbed_sign(
 
 void sos_swap_row(Vec3& first, Vec3& second) { std::swap(first, second); }
 
-unsigned int sos_sort_rows(Vec3 (&p)[4])
+unsigned int sos_sort_rows(Vec3 (&rows)[4])
 {
+    auto& p = rows;
     unsigned int swaps = 0;
     const auto swap = [&](Vec3& first, Vec3& second) {
         sos_swap_row(first, second);

@@ -68,7 +68,7 @@ Vec3 on_a_grid(std::mt19937_64& random)
 
 Vec3 on_a_line(std::mt19937_64& random)
 {
-    const double x = static_cast<double>(random() % 1024);
+    const auto x = static_cast<double>(random() % 1024);
     return { x, 2.0 * x, 3.0 * x };
 }
 
@@ -112,7 +112,7 @@ void plain(benchmark::State& state)
 {
     const std::vector<Points> sets = make_sets(in_the_unit_cube);
     std::size_t i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const Points& s = sets[i++ % kSets];
         benchmark::DoNotOptimize(plain_determinant(s.a, s.b, s.c, s.d));
     }
@@ -125,7 +125,7 @@ void orientation(benchmark::State& state, Vec3 (*point)(std::mt19937_64&))
     const std::vector<Points> sets = make_sets(point);
     PredicateCounters::OfThisThread() = {};
     std::size_t i = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const Points& s = sets[i++ % kSets];
         benchmark::DoNotOptimize(Tavro::sos_tetrahedron_volume_sign(s.a, s.b, s.c, s.d));
     }

@@ -59,7 +59,7 @@ protected:
     Point point(int bits) { return { whole(bits), whole(bits), whole(bits) }; }
 
     // In every order the oracle's answer; among points that differ, its parity.
-    void expect_all_orders(const Points& points, double scale)
+    static void expect_all_orders(const Points& points, double scale)
     {
         std::array<std::size_t, 4> order { 0, 1, 2, 3 };
         const bool first = product(points);

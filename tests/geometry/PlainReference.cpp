@@ -71,6 +71,7 @@ Doubles merge_expansions(const Doubles& a, const Doubles& b)
     std::size_t i = 0;
     std::size_t j = 0;
     while (i < a.size() && j < b.size()) {
+        // NOLINTBEGIN(bugprone-branch-clone): one branch for each rule
         if (a[i] == 0.0) {
             merged.push_back(a[i++]);
         } else if (b[j] == 0.0) {
@@ -80,6 +81,7 @@ Doubles merge_expansions(const Doubles& a, const Doubles& b)
         } else {
             merged.push_back(b[j++]);
         }
+        // NOLINTEND(bugprone-branch-clone)
     }
     while (i < a.size()) {
         merged.push_back(a[i++]);
