@@ -10,9 +10,8 @@
 
 namespace Testing {
 
-/// Exact numbers: whole ones of up to 127 bits, for coordinates of up to 24 bits, or rationals.
+/// Whole numbers of up to 127 bits: determinants of coordinates of up to 24 bits fit.
 using Whole = boost::multiprecision::int128_t;
-using Rational = boost::multiprecision::cpp_rational;
 
 /// The exact answers, from the definition of the perturbation and not from its table of terms.
 template <typename Number>
