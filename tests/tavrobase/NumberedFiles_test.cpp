@@ -11,6 +11,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 
 using Tavro::CompressNumberedFiles;
@@ -169,8 +170,16 @@ TEST_F(NumberedFiles, ASystemThatCannotListEndsTheProcess)
     const Outcome outcome = Testing::run_isolated([] {
         Names found;
         (void)FindNumberedFiles("out_00001.dat", found); // compiles the expression
-        const rlimit onlyStandardStreams { 3, 3 };
-        ::setrlimit(RLIMIT_NOFILE, &onlyStandardStreams);
+        rlimit descriptors {};
+        ::getrlimit(RLIMIT_NOFILE, &descriptors);
+        descriptors.rlim_cur = 3; // the standard streams alone
+        ::setrlimit(RLIMIT_NOFILE, &descriptors);
+        std::atexit([] { // a leak checker wants to open files at the end
+            rlimit all {};
+            ::getrlimit(RLIMIT_NOFILE, &all);
+            all.rlim_cur = all.rlim_max;
+            ::setrlimit(RLIMIT_NOFILE, &all);
+        });
         (void)FindNumberedFiles("out_00001.dat", found); // does not come back
         std::cout << "came back";
     });
