@@ -135,6 +135,7 @@ private:
     [[nodiscard]] static bool OpenSemaphoreA();
     static void CloseSemaphore();
     [[nodiscard]] static bool ShouldInitializeSharedMemory(bool existed);
+    [[nodiscard]] static bool OthersAreAlive();
     [[nodiscard]] static bool MapSharedMemory(bool& existed);
     static void UnmapSharedMemory();
     [[nodiscard]] static bool InitializeCheckThreadMutex();

@@ -155,13 +155,18 @@ void LinkManager::StopCheckThread()
 
 bool LinkManager::ShouldInitializeSharedMemory(bool existed)
 {
+    return !existed || !OthersAreAlive();
+}
+
+bool LinkManager::OthersAreAlive()
+{
     const std::int64_t now = heartbeat_now();
-    return !existed
-        || std::none_of(std::begin(m_sharedMemory->slots), std::end(m_sharedMemory->slots),
-            [now](std::int64_t& slot) {
-                const std::int64_t stamp = read_slot(slot);
-                return stamp != 0 && is_alive(heartbeat_age(now, stamp));
-            });
+    for (std::uint32_t slot = 0; slot < m_nManagerSlots; ++slot) {
+        const std::int64_t stamp = read_slot(m_sharedMemory->slots[slot]);
+        if (slot != m_slotIndex && stamp != 0 && is_alive(heartbeat_age(now, stamp)))
+            return true;
+    }
+    return false;
 }
 
 void LinkManager::InitializeManagerData()
@@ -196,13 +201,14 @@ bool LinkManager::TakeManagerSlot()
 
 void LinkManager::LeaveBlock()
 {
+    // Slots of the dead do not keep the block. A program of ours that was only stopped for long
+    // looks dead as well and will go on with the block: it must find others there.
+    if (!OthersAreAlive() && m_fd.sole_user())
+        (void)m_fd.remove(); // a name that leads elsewhere by now is not ours to take
+    // The name first: to be killed in between leaves nothing behind.
     if (m_slotIndex < m_nManagerSlots)
         write_slot(m_sharedMemory->slots[m_slotIndex], 0);
     m_slotIndex = m_noSlot;
-    // Nobody alive is left when the next one would rebuild the block from nothing. Without a name
-    // it takes no memory until then; slots of the dead do not keep it.
-    if (ShouldInitializeSharedMemory(true))
-        (void)m_fd.remove(); // a name that leads elsewhere by now is not ours to take
 }
 
 } // namespace Tavro

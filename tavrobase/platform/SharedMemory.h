@@ -38,6 +38,11 @@ public:
     [[nodiscard]] ErrorNumber unmap();
     [[nodiscard]] ErrorNumber close();
 
+    /// Whether no other open block of that name leads to the same memory, in this process or in
+    /// another, however long that one has been asleep. Programs that do not use this class are not
+    /// seen, unless they hold a shared advisory lock on the whole of the object.
+    [[nodiscard]] bool sole_user() const;
+
     /// Takes the name away, if it still leads to the open block: whoever comes later gets a new
     /// one.
     [[nodiscard]] ErrorNumber remove();

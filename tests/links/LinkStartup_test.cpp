@@ -173,6 +173,25 @@ TEST_F(LinkStartup, LastLivingManagerTakesTheBlockAwayThoughTheDeadLeftSlots)
     EXPECT_FALSE(block_exists());
 }
 
+// Only its stamp is old: it will go on with the block, and so must those who come after.
+TEST_F(LinkStartup, LastToLeaveKeepsTheBlockOfAManagerThatWasStoppedForLong)
+{
+    const auto peers = started_peers(2);
+    peers[1]->pause();
+    RawBlock().set_slot(1, seconds_now() - 31);
+    EXPECT_EQ((*peers[0])("shutdown"), "done");
+    EXPECT_TRUE(block_exists());
+    peers[1]->resume();
+    EXPECT_EQ((*peers[1])("check"), "done");
+    EXPECT_EQ((*peers[1])("create 1 a here"), "1 0");
+    Peer next;
+    EXPECT_EQ(next("startup"), "1");
+    EXPECT_EQ(next("attach_key here 1"), "1 0 a1");
+    EXPECT_EQ((*peers[1])("shutdown"), "done");
+    EXPECT_EQ(next("shutdown"), "done");
+    EXPECT_FALSE(block_exists());
+}
+
 TEST_F(LinkStartup, NewBlockComesAfterTheLastManagerHasLeft)
 {
     Peer first;

@@ -4,6 +4,7 @@
 #include "tavrobase/platform/posix/NamedObject.h"
 #include "tavrobase/platform/posix/SysCall.h"
 
+#include <sys/file.h>
 #include <sys/mman.h>
 
 namespace Tavro::Platform {
@@ -36,6 +37,9 @@ Failure SharedMemory::open(const std::string& name, std::size_t bytes, bool& exi
                 ("/" + name).c_str()); // an empty one serves the next as well as none
         return failure;
     }
+    // Says that there is a user, as long as the descriptor or a mapping lasts; see sole_user().
+    if (const auto error = Posix::error_of(::flock, handle->object.get(), LOCK_SH | LOCK_NB))
+        return Posix::object_failure(error, name, "is kept by somebody: " + error_text(error));
     existed = size != 0;
     m_handle = std::move(handle);
     m_name = name;
@@ -71,6 +75,17 @@ ErrorNumber SharedMemory::close()
     m_handle.reset();
     m_identity = 0;
     return error;
+}
+
+bool SharedMemory::sole_user() const
+{
+    if (!m_handle)
+        return false;
+    const int object = m_handle->object.get();
+    const bool sole = Posix::error_of(::flock, object, LOCK_EX | LOCK_NB) == 0;
+    // A refusal too may have cost the lock that we had; nobody keeps an exclusive one for long.
+    (void)Posix::error_of(::flock, object, LOCK_SH);
+    return sole;
 }
 
 ErrorNumber SharedMemory::remove()

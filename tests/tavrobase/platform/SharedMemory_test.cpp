@@ -67,6 +67,26 @@ TEST_F(SharedMemoryBlock, RemovedOneStaysWithItsUsersAndTheNameLeadsToANewOne)
     EXPECT_EQ(private_object_names(), "block");
 }
 
+TEST_F(SharedMemoryBlock, SoleUserIsWhoSharesTheMemoryWithNobodyElse)
+{
+    SharedMemory one;
+    EXPECT_FALSE(one.sole_user());
+    bool existed = false;
+    ASSERT_FALSE(one.open("block", 100, existed));
+    EXPECT_TRUE(one.sole_user());
+    {
+        SharedMemory other;
+        ASSERT_FALSE(other.open("block", 100, existed));
+        EXPECT_FALSE(one.sole_user());
+        EXPECT_FALSE(other.sole_user());
+        EXPECT_FALSE(one.sole_user()); // the question costs neither its place
+        ASSERT_EQ(other.map(), 0);
+        EXPECT_EQ(other.unmap(), 0);
+        EXPECT_EQ(other.close(), 0);
+    }
+    EXPECT_TRUE(one.sole_user());
+}
+
 TEST_F(SharedMemoryBlock, ShortOneIsLeftAlone)
 {
     write_file("/dev/shm/block", "abc");
