@@ -94,9 +94,9 @@ ErrorNumber lock_mutex(pthread_mutex_t& mutex)
     int error = ::pthread_mutex_trylock(&mutex);
     while (error == EBUSY || error == ETIMEDOUT) {
         timespec end {};
-        ::clock_gettime(CLOCK_REALTIME, &end);
+        ::clock_gettime(CLOCK_MONOTONIC, &end); // the other may be set back by hours
         ++end.tv_sec;
-        error = ::pthread_mutex_timedlock(&mutex, &end);
+        error = ::pthread_mutex_clocklock(&mutex, CLOCK_MONOTONIC, &end);
     }
     return error;
 }
