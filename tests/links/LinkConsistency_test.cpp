@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "links/Heartbeat.h"
 #include "tests/links/support/LinkTest.h"
 #include "tests/links/support/Peer.h"
 #include "tests/links/support/RawBlock.h"
 
 #include <chrono>
+#include <ctime>
 #include <thread>
 
 namespace Testing {
@@ -159,6 +161,32 @@ TEST_F(LinkConsistency, FreeLinkWithAnOldHeartbeatIsNoNews)
     RawBlock().set_heartbeat(0, seconds_now() - 500);
     EXPECT_EQ(one("check"), "done");
     EXPECT_EQ(one.out(), "");
+}
+
+// A stamp of the new second must not lie in the future for one who looks right after it.
+TEST(Heartbeat, IsNotBehindThePreciseClock)
+{
+    timespec begin {};
+    ::clock_gettime(CLOCK_REALTIME, &begin);
+    for (timespec now = begin; now.tv_sec <= begin.tv_sec + 1;) {
+        ::clock_gettime(CLOCK_REALTIME, &now);
+        ASSERT_GE(Tavro::heartbeat_now(), now.tv_sec);
+    }
+}
+
+// The limits are -0.1 and 30.0 with both ends, and all stamps are whole seconds.
+TEST(Heartbeat, AgeOfThirtySecondsIsAliveAndOneMoreOrTheFutureIsDead)
+{
+    using Tavro::heartbeat_age;
+    using Tavro::is_alive;
+    EXPECT_TRUE(is_alive(heartbeat_age(1'000'030, 1'000'030)));
+    EXPECT_TRUE(is_alive(heartbeat_age(1'000'030, 1'000'000)));
+    EXPECT_FALSE(is_alive(heartbeat_age(1'000'031, 1'000'000)));
+    EXPECT_FALSE(is_alive(heartbeat_age(1'000'000, 1'000'001)));
+    EXPECT_TRUE(is_alive(30.0));
+    EXPECT_FALSE(is_alive(30.0000001));
+    EXPECT_TRUE(is_alive(-0.1));
+    EXPECT_FALSE(is_alive(-0.1000001));
 }
 
 // The thread's own check: stamped back, the heartbeat is fresh again within its ten turns.
