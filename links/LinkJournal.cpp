@@ -38,6 +38,10 @@ void LinkJournal::write(std::uint32_t id, const char* data, std::uint64_t size)
         return;
     char* const record = LinkManager::m_sharedMemory->blocks[id].data;
     Entry& journal = entry();
+    // It may still stand for a block that has lost its name. Killed while filling it, we would
+    // leave a mixture of the two that counts.
+    if (journal.pending != 0)
+        journal.close();
     journal.id = id;
     journal.size = size;
     journal.block = LinkManager::m_fd.identity();

@@ -138,6 +138,7 @@ private:
     [[nodiscard]] static bool OthersAreAlive();
     [[nodiscard]] static bool MapSharedMemory(bool& existed);
     static void UnmapSharedMemory();
+    static void AbandonBlock(bool existed);
     [[nodiscard]] static bool InitializeCheckThreadMutex();
     static void DestroyCheckThreadMutex();
     [[nodiscard]] static bool StartCheckThread();

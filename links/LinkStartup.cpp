@@ -45,14 +45,12 @@ LinkManager::Result LinkManager::Startup()
         result = MapFailed;
     } else if (!StartCheckThread()) {
         result = CheckThreadFailed;
-        UnmapSharedMemory();
+        AbandonBlock(existed);
     } else {
-        if (ShouldInitializeSharedMemory(existed)) {
+        if (ShouldInitializeSharedMemory(existed))
             InitializeManagerData();
-        } else {
-            LinkJournal::recover();
+        else
             ConsistencyCheck();
-        }
         if (!TakeManagerSlot()) {
             // The check thread stays: it sleeps until a later attempt starts the manager.
             result = TooManyManagers;
@@ -111,11 +109,13 @@ bool LinkManager::MapSharedMemory(bool& existed)
     }
     if (const auto error = m_fd.map()) {
         std::cerr << "MapViewOfFile failed:  Error Number:  " << error << std::endl;
-        if (const auto closing = m_fd.close())
-            std::cerr << "CloseHandle failed: Error Number: " << closing << std::endl;
+        AbandonBlock(existed);
         return false;
     }
     m_sharedMemory = static_cast<SharedBlock*>(m_fd.data());
+    // Before anything else and whatever becomes of this start: those without the block who held
+    // the lock since the writer's death could not.
+    LinkJournal::recover();
     return true;
 }
 
@@ -126,6 +126,14 @@ void LinkManager::UnmapSharedMemory()
     (void)m_fd.unmap(); // what was mapped can be unmapped
     if (const auto error = m_fd.close())
         std::cerr << "CloseHandle failed: Error Number: " << error << std::endl;
+}
+
+void LinkManager::AbandonBlock(bool existed)
+{
+    // Nobody would ever take away a block of our making that has no manager.
+    if (!existed)
+        (void)m_fd.remove();
+    UnmapSharedMemory();
 }
 
 bool LinkManager::InitializeCheckThreadMutex() { return m_checkThreadMutex.initialize() == 0; }

@@ -8,10 +8,12 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 
 #include <sys/mman.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -133,6 +135,7 @@ TEST_F(LinkFailures, BlockThatCannotBeMappedReturnsMapFailed)
     // 12 is ENOMEM
     EXPECT_EQ(outcome.err,
         "MapViewOfFile failed:  Error Number:  12\nMapViewOfFile failed:  Error Number:  12\n");
+    EXPECT_FALSE(block_exists()); // its maker could not use it
     Peer next;
     EXPECT_EQ(next("startup"), "1");
 }
@@ -167,10 +170,90 @@ TEST_F(LinkFailures, CheckThreadThatCannotStartReturnsCheckThreadFailedAndLeaves
     if (outcome.out == "no filter")
         GTEST_SKIP() << "the system lets no call fail";
     EXPECT_EQ(outcome.out, "66");
+    EXPECT_FALSE(block_exists());
     EXPECT_EQ(RawLock().value(), 1);
     Peer next;
     EXPECT_EQ(next("startup"), "1");
     EXPECT_EQ(next("slot"), "0");
+}
+
+TEST_F(LinkFailures, StartThatFailsLeavesTheBlockOfOthersAlone)
+{
+    Peer owner;
+    ASSERT_EQ(owner("startup"), "1");
+    ASSERT_EQ(owner("create 4 a key"), "1 0");
+    const auto outcome = run_isolated([] {
+        if (!fail_system_call(SYS_mmap, ENOMEM, 1, 462000))
+            std::cout << "no filter";
+        else
+            std::cout << LinkManager::Startup();
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "5");
+    EXPECT_TRUE(block_exists());
+    EXPECT_EQ(owner("get 0 4"), "1 a4");
+}
+
+// The journal lies 128 bytes into the guard: whether it counts, the link, the size, the block's
+// inode, the bytes before.
+void leave_half_a_write(RawBlock& block, char before, char torn)
+{
+    struct stat facts { };
+    ASSERT_EQ(::stat(("/dev/shm/" + block_name()).c_str(), &facts), 0);
+    std::uint64_t head[3] = { 1, 4, facts.st_ino };
+    std::fstream guard(
+        "/dev/shm/" + block_name() + ".guard1", std::ios::in | std::ios::out | std::ios::binary);
+    guard.seekp(128);
+    guard.write(reinterpret_cast<const char*>(head), sizeof head);
+    guard << std::string(4, before);
+    guard.close();
+    ASSERT_TRUE(guard);
+    block.data()[916] = static_cast<unsigned char>(torn); // of link 0, at 400 + 516
+}
+
+TEST_F(LinkFailures, HalfAWriteIsUndoneByAStartThatFailsAfterMapping)
+{
+    Peer owner;
+    ASSERT_EQ(owner("startup"), "1");
+    ASSERT_EQ(owner("create 4 a key"), "1 0");
+    owner.pause(); // its check would come for it as well
+    RawBlock block;
+    leave_half_a_write(block, 'a', 'z');
+    const auto outcome = run_isolated([] {
+        if (!fail_system_call(SYS_clone3, EAGAIN) || !fail_system_call(SYS_clone, EAGAIN))
+            std::cout << "no filter";
+        else
+            std::cout << LinkManager::Startup();
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "6");
+    EXPECT_EQ(block.hex(916, 4), "61 61 61 61");
+    EXPECT_TRUE(block_exists());
+}
+
+TEST_F(LinkFailures, HalfAWriteOutlivesAHolderThatCannotUndoIt)
+{
+    Peer owner;
+    ASSERT_EQ(owner("startup"), "1");
+    ASSERT_EQ(owner("create 4 a key"), "1 0");
+    RawBlock block;
+    ASSERT_EQ(owner("take"), "1");
+    leave_half_a_write(block, 'a', 'z');
+    const auto outcome = run_isolated([&] {
+        if (!fail_system_call(SYS_mmap, ENOMEM, 1, 462000)) {
+            std::cout << "no filter";
+            return;
+        }
+        owner.ask("release");
+        std::cout << LinkManager::Startup(); // has the lock, and never the block
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "5");
+    EXPECT_EQ(owner.answer(), "done");
+    EXPECT_EQ(owner("get 0 4"), "1 a4");
 }
 
 TEST_F(LinkFailures, ControlTakenTwiceByOneThreadIsRefusedInsteadOfWaitingForItself)
