@@ -41,14 +41,22 @@ void LinkManager::SleepUntilStopped()
     m_stopSignal.wait_for(lock, std::chrono::seconds(m_checkSleepTime), [] { return !m_check; });
 }
 
+void LinkManager::SucceedTheDead()
+{
+    if (m_check && m_started && TakeControl() == Success)
+        ReleaseControl();
+}
+
 void LinkManager::CheckThread()
 {
     unsigned turns = 0;
     while (m_check) {
         ++turns;
         SleepUntilStopped();
-        if (turns < m_checkFrequency)
+        if (turns < m_checkFrequency) {
+            SucceedTheDead();
             continue;
+        }
         turns = 0;
         if (!m_started)
             continue;

@@ -153,6 +153,9 @@ private:
     static void ConsistencyCheck();
     static void CheckThread();
     static void SleepUntilStopped();
+    /// A foreign program that waits for the lock cannot notice that a holder of ours has died; only
+    /// one of ours who comes for it gives it on.
+    static void SucceedTheDead();
 
     [[nodiscard]] static Result CheckAttached(std::uint32_t id);
     template <typename Body>

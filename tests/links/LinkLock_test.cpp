@@ -3,6 +3,8 @@
 #include "tests/links/support/Peer.h"
 #include "tests/links/support/RawBlock.h"
 
+#include <thread>
+
 namespace Testing {
 
 namespace {
@@ -95,6 +97,20 @@ TEST_F(LinkLock, ForeignProgramWaitsForAHolder)
     EXPECT_EQ(one("release"), "done");
     EXPECT_TRUE(lock.take());
     lock.give();
+}
+
+// The foreign program notices no death, and nobody of ours wants the lock.
+TEST_F(LinkLock, ForeignWaiterGetsTheLockAfterAHoldersDeath)
+{
+    EXPECT_EQ(one("take"), "1");
+    RawLock lock;
+    bool taken = false;
+    std::thread waiter([&] { taken = lock.take(kFiveSeconds); });
+    one.kill();
+    waiter.join();
+    ASSERT_TRUE(taken);
+    lock.give();
+    EXPECT_EQ(lock.value(), 1);
 }
 
 // The dead one only waited: nothing of its was to be taken over, however long the holder takes.
