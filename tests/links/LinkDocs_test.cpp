@@ -8,6 +8,7 @@
 #include "tests/support/Files.h"
 
 #include <chrono>
+#include <csignal>
 #include <cstddef>
 #include <cstdlib>
 #include <sstream>
@@ -220,6 +221,91 @@ TEST_F(LinkExample, TakesTheBlockAwayIfItIsTheLastToLeave)
     }
     EXPECT_EQ(status_of(child), 1);
     EXPECT_FALSE(block_exists());
+}
+
+// Waits until the example is attached, and stops it outside the lock.
+void stop_attached(pid_t child, const RawBlock& block)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (block.count(0) != 2 && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    RawLock lock;
+    ASSERT_TRUE(lock.take());
+    ::kill(child, SIGSTOP);
+    int status = 0;
+    ::waitpid(child, &status, WUNTRACED);
+    lock.give();
+}
+
+TEST_F(LinkExample, KeepsItsHandsOffALinkThatACleanUpHasFreed)
+{
+    Peer controller;
+    ASSERT_EQ(controller("startup"), "1");
+    ASSERT_EQ(controller("create 16 x -"), "1 0");
+    RawBlock block;
+    std::fill(block.data() + 916, block.data() + 932, 0);
+    const pid_t child = start("-linkid=0");
+    stop_attached(child, block);
+    block.set_count(0, 0);
+    std::fill(block.data() + 916, block.data() + 932, 's');
+    ::kill(child, SIGCONT);
+    EXPECT_EQ(status_of(child), 3);
+    EXPECT_EQ(block.count(0), 0U);
+    EXPECT_EQ(block.hex(916, 16), "73 73 73 73 73 73 73 73 73 73 73 73 73 73 73 73");
+    EXPECT_EQ(block.slot(1), 0);
+}
+
+TEST_F(LinkExample, TakesAnotherSlotIfItsOwnWentToAStranger)
+{
+    Peer controller;
+    ASSERT_EQ(controller("startup"), "1");
+    ASSERT_EQ(controller("create 16 x -"), "1 0");
+    RawBlock block;
+    std::fill(block.data() + 916, block.data() + 932, 0);
+    const pid_t child = start("-linkid=0");
+    stop_attached(child, block);
+    const auto stamp = seconds_now() - 7;
+    block.set_slot(1, stamp);
+    ::kill(child, SIGCONT);
+    EXPECT_EQ(status_of(child), 0);
+    EXPECT_EQ(block.slot(1), stamp);
+    EXPECT_EQ(block.slot(2), 0);
+    EXPECT_EQ(block.count(0), 1U);
+}
+
+TEST_F(LinkExample, BlockStaysForItThoughACleanUpTookItsSlot)
+{
+    pid_t child = -1;
+    Peer controller;
+    ASSERT_EQ(controller("startup"), "1");
+    ASSERT_EQ(controller("create 16 x -"), "1 0");
+    RawBlock block;
+    std::fill(block.data() + 916, block.data() + 932, 0);
+    child = start("-linkid=0");
+    stop_attached(child, block);
+    block.set_slot(1, 0);
+    EXPECT_EQ(controller("shutdown"), "done");
+    EXPECT_TRUE(block_exists());
+    ::kill(child, SIGCONT);
+    EXPECT_EQ(status_of(child), 0);
+    EXPECT_FALSE(block_exists());
+}
+
+TEST_F(LinkExample, LeavesTheBlockToAManagerWhoseSlotACleanUpTook)
+{
+    Peer controller;
+    ASSERT_EQ(controller("startup"), "1");
+    ASSERT_EQ(controller("create 16 x -"), "1 0");
+    RawBlock block;
+    std::fill(block.data() + 916, block.data() + 932, 0);
+    const pid_t child = start("-linkid=0");
+    stop_attached(child, block);
+    controller.pause();
+    block.set_slot(0, 0);
+    block.data()[916] = 1;
+    ::kill(child, SIGCONT);
+    EXPECT_EQ(status_of(child), 1);
+    EXPECT_TRUE(block_exists());
 }
 
 } // namespace
