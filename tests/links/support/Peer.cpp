@@ -45,7 +45,7 @@ Peer::Peer()
         std::abort();
     if (m_pid == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        constexpr int kAnswers = 3; // where peer.cpp writes
+        constexpr int kAnswers = 3; // where peer_main.cpp writes
         redirect(STDOUT_FILENO, m_directory.path("out"));
         redirect(STDERR_FILENO, m_directory.path("err"));
         if (::dup2(requests[0], STDIN_FILENO) < 0 || ::dup2(answers[1], kAnswers) < 0)

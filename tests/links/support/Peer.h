@@ -10,7 +10,7 @@
 namespace Testing {
 
 /// Another process of the user, with a link manager of its own, that does what it is asked to; see
-/// peer.cpp for the requests. Killed at the latest at the end of the object's life.
+/// peer_main.cpp for the requests. Killed at the latest at the end of the object's life.
 class Peer {
 public:
     Peer();
