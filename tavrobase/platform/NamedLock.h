@@ -29,9 +29,10 @@ public:
     NamedLock& operator=(NamedLock&&) = delete;
 
     /// Opens or creates the lock `name` (without "/"), for its user alone whatever the file mode
-    /// mask. `takeoverWait` is the longest wait for a hold that a death has left in doubt. Errors:
-    /// objects that are too short or belong to another user are left alone. Threads: narrows the
-    /// process's file mode mask for a moment when it creates.
+    /// mask. `takeoverWait` is the longest wait for a hold that a death has left in doubt; deaths
+    /// of those who wait do not prolong it. Errors: objects that are too short or belong to another
+    /// user are left alone. Threads: narrows the process's file mode mask for a moment when it
+    /// creates.
     [[nodiscard]] Failure open(const std::string& name, std::chrono::milliseconds takeoverWait);
     [[nodiscard]] bool is_open() const { return m_objects != nullptr; }
     /// Nobody may hold the lock through this object or wait for it.

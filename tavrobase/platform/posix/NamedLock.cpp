@@ -40,10 +40,13 @@ constexpr const char* kGuardSuffix = ".guard1";
 struct Guard {
     std::atomic<std::uint32_t> ready; // 1 once all that follows can be used
     std::atomic<Phase> phase;
+    std::atomic<std::int64_t>
+        doubtSince; // nanoseconds of `Clock`, the same for all; 0 if there is none
     // Waiters look at the mutex, and the owner writes the phase: not in one cache line.
     alignas(64) pthread_mutex_t mutex;
 };
 static_assert(std::atomic<Phase>::is_always_lock_free);
+static_assert(std::atomic<std::int64_t>::is_always_lock_free);
 
 constexpr std::size_t kMemoOffset = 128;
 constexpr std::size_t kGuardBytes = kMemoOffset + NamedLock::kMemoBytes;
@@ -238,16 +241,24 @@ ErrorNumber NamedLock::Objects::succeed_dead_owner(Phase left) const
 {
     if (left == Phase::Idle || left == Phase::Resting)
         return wait_for_semaphore();
-    const auto end
-        = Clock::now() + (left == Phase::Held ? std::chrono::milliseconds(0) : takeoverWait);
+    // One wait from the first doubt on, however many die in it.
+    const auto now = Clock::now().time_since_epoch();
+    auto since = std::chrono::nanoseconds(guard->doubtSince.load(std::memory_order_relaxed));
+    if (since.count() == 0 || since > now) {
+        since = now;
+        guard->doubtSince.store(since.count(), std::memory_order_relaxed);
+    }
+    const auto end = left == Phase::Held ? now : since + takeoverWait;
     for (Patience patience;; patience.rest()) {
         const ErrorNumber error = take_semaphore();
         if (error != 0 && error != EAGAIN)
             return error;
-        if (error == 0 || Clock::now() >= end)
+        if (error == 0 || Clock::now().time_since_epoch() >= end)
             break;
     }
     enter(Phase::Held); // with the value that the dead owner took down, if it is still down
+    // Only now: killed before this line, we leave a hold without a doubt, which ends here as well.
+    guard->doubtSince.store(0, std::memory_order_relaxed);
     return 0;
 }
 

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fstream>
 #include <thread>
 
 #include <sys/wait.h>
@@ -89,6 +90,52 @@ TEST_F(NamedLockHold, PathIsWhereTheSystemShowsTheSemaphore)
 {
     EXPECT_TRUE(file_exists(NamedLock::path("lock")));
     EXPECT_EQ(private_object_names(), "lock.guard1 sem.lock");
+}
+
+// Each of the waiters dies long before its own wait would be over.
+TEST_F(NamedLockHold, DeathsOfWaitersDoNotProlongTheWaitForAHoldInDoubt)
+{
+    constexpr auto kWait = milliseconds(1500);
+    constexpr auto kLife = milliseconds(1000);
+    const auto child_that = [](const auto& body) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            NamedLock own;
+            ::_exit(!own.open("lock", kWait) && body(own) ? 0 : 1);
+        }
+        return child;
+    };
+    const pid_t owner = child_that([](NamedLock& own) {
+        if (own.acquire() != 0)
+            return false;
+        // As at a death in the call that takes the semaphore: the second word of the guard is 1.
+        std::fstream guard("/dev/shm/lock.guard1", std::ios::in | std::ios::out | std::ios::binary);
+        guard.seekp(4);
+        guard.put(1);
+        guard.close();
+        return static_cast<bool>(guard);
+    });
+    int status = 0;
+    ::waitpid(owner, &status, 0); // ends without giving the lock back
+    ASSERT_EQ(status, 0);
+    ASSERT_EQ(value(), 0);
+    bool taken = false;
+    for (int turn = 0; turn < 4 && !taken; ++turn) {
+        const pid_t waiter
+            = child_that([](NamedLock& own) { return own.acquire() == 0 && own.release() == 0; });
+        const auto end = std::chrono::steady_clock::now() + kLife;
+        while (!taken && std::chrono::steady_clock::now() < end) {
+            taken = ::waitpid(waiter, &status, WNOHANG) == waiter;
+            std::this_thread::sleep_for(milliseconds(1));
+        }
+        if (!taken) {
+            ::kill(waiter, SIGKILL);
+            ::waitpid(waiter, nullptr, 0);
+        }
+    }
+    EXPECT_TRUE(taken) << "every death began the wait anew";
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(value(), 1);
 }
 
 TEST_F(NamedLockHold, DeathOfAWaiterLeavesAForeignHolderAlone)
