@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// links_chaos SEED KILLS: eight processes use links at random while this one kills them at random
+// soak_links SEED KILLS: eight processes use links at random while this one kills them at random
 // times. Afterwards no operation may hang, every counter must equal the increments reported, give
 // or take those in flight at a kill, and nothing of the dead may be left. Ends with 0, 1 for a
 // fault and 77 where there can be no private place for it.
