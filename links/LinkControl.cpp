@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <iostream>
+#include <string>
 #include <utility>
 
 namespace Tavro {
@@ -32,11 +33,18 @@ LinkManager::Result LinkManager::TakeControl()
 
 void LinkManager::ReleaseControl()
 {
-    if (!std::exchange(t_inControl, false))
+    if (!std::exchange(t_inControl, false)) {
+        std::cerr << "ReleaseSemaphore failed: " << EPERM << std::endl;
         return;
+    }
     const double stale = std::exchange(m_staleSeconds, 0.0);
+    std::string failures;
+    if (!m_failures.empty())
+        failures.swap(m_failures);
     if (const auto error = m_semaphore.release(); error != 0)
         std::cerr << "ReleaseSemaphore failed: " << error << std::endl;
+    if (!failures.empty())
+        std::cerr << failures << std::flush;
     if (stale != 0.0)
         std::cout << "WARNING:  A communicating process seems to have crashed.  Cleaning up. ("
                   << NumToString(stale) << ")" << std::endl;

@@ -26,6 +26,7 @@ std::condition_variable& LinkManager::m_stopSignal = *new std::condition_variabl
 
 LinkManager::SharedBlock* LinkManager::m_sharedMemory = nullptr;
 std::uint32_t LinkManager::m_slotIndex = LinkManager::m_noSlot;
+std::string& LinkManager::m_failures = *new std::string;
 double LinkManager::m_staleSeconds = 0.0;
 
 const char* LinkManager::GetResultString(Result result)

@@ -110,7 +110,7 @@ public:
     /// the wait for it has no limit. Errors: `TakeControlFailed`, also for a thread that is inside
     /// already.
     static Result TakeControl();
-    /// Does nothing for a thread that is not inside.
+    /// A thread that is not inside gives nothing back and has that printed as a failure.
     static void ReleaseControl();
 
 private:
@@ -183,6 +183,7 @@ private:
     // Under the lock.
     static SharedBlock* m_sharedMemory;
     static std::uint32_t m_slotIndex;
+    static std::string& m_failures; // lines not yet printed
     static double m_staleSeconds; // of the first dead one of a check not yet reported; else 0
 };
 

@@ -14,11 +14,10 @@ namespace {
 
 // The second line is for people: the number alone does not tell an object that is too short or
 // belongs to somebody else.
-void print_failure(const char* text, const Platform::Failure& failure)
+std::string failure_text(const char* text, const Platform::Failure& failure)
 {
-    std::cerr << text << failure.error << std::endl;
-    if (!failure.reason.empty())
-        std::cerr << failure.reason << std::endl;
+    return text + std::to_string(failure.error) + "\n"
+        + (failure.reason.empty() ? "" : failure.reason + "\n");
 }
 
 } // namespace
@@ -69,13 +68,9 @@ LinkManager::Result LinkManager::Startup()
 
 void LinkManager::Shutdown()
 {
-    if (!m_started)
+    m_shutdown = m_shutdown || m_started;
+    if (!m_started.exchange(false)) // of several threads, one shuts down
         return;
-    m_attachedLinks.for_each([](std::uint32_t id) {
-        (void)DetachFromLink(id); // one that a clean-up has freed is as good as detached
-    });
-    m_shutdown = true;
-    m_started = false;
     StopCheckThread();
     if (TakeControl() == Success) {
         LeaveBlock();
@@ -90,7 +85,7 @@ bool LinkManager::OpenSemaphoreA()
 {
     const auto failure = m_semaphore.open(m_name, std::chrono::seconds(m_waitSeconds));
     if (failure)
-        print_failure("CreateSemaphore failed: ", failure);
+        std::cerr << failure_text("CreateSemaphore failed: ", failure) << std::flush;
     return !failure;
 }
 
@@ -104,11 +99,11 @@ bool LinkManager::MapSharedMemory(bool& existed)
 {
     const std::lock_guard change(m_checkThreadMutex);
     if (const auto failure = m_fd.open(m_name, sizeof(SharedBlock), existed)) {
-        print_failure("CreateFileMapping failed: Error Number: ", failure);
+        m_failures += failure_text("CreateFileMapping failed: Error Number: ", failure);
         return false;
     }
     if (const auto error = m_fd.map()) {
-        std::cerr << "MapViewOfFile failed:  Error Number:  " << error << std::endl;
+        m_failures += failure_text("MapViewOfFile failed:  Error Number:  ", { error, "" });
         AbandonBlock(existed);
         return false;
     }
@@ -125,7 +120,7 @@ void LinkManager::UnmapSharedMemory()
     m_sharedMemory = nullptr;
     (void)m_fd.unmap(); // what was mapped can be unmapped
     if (const auto error = m_fd.close())
-        std::cerr << "CloseHandle failed: Error Number: " << error << std::endl;
+        m_failures += failure_text("CloseHandle failed: Error Number: ", { error, "" });
 }
 
 void LinkManager::AbandonBlock(bool existed)
@@ -190,6 +185,8 @@ void LinkManager::InitializeBlock(LinkBlock& block)
 {
     block.nAttachments = 0;
     block.nDataSize = 0;
+    block.nUnused = 0;
+    block.padding = 0;
     block.tLastCheck = 0;
     block.szKey[0] = '\0';
     std::memset(block.data, 0, sizeof block.data);
@@ -209,6 +206,13 @@ bool LinkManager::TakeManagerSlot()
 
 void LinkManager::LeaveBlock()
 {
+    // Here and not before, so that what another thread creates meanwhile is detached as well.
+    m_attachedLinks.for_each([](std::uint32_t id) {
+        LinkBlock& block = m_sharedMemory->blocks[id];
+        if (block.nAttachments != 0) // one that a clean-up has freed is as good as detached
+            block.nAttachments = (block.nAttachments - 1U) & 0xFFU;
+        m_attachedLinks.erase(id);
+    });
     // Slots of the dead do not keep the block. A program of ours that was only stopped for long
     // looks dead as well and will go on with the block: it must find others there.
     if (!OthersAreAlive() && m_fd.sole_user())

@@ -284,7 +284,15 @@ TEST_F(LinkFailures, ReleaseWithoutControlNeverRaisesTheSemaphore)
     EXPECT_EQ(peer("release"), "done");
     EXPECT_EQ(peer("release"), "done");
     EXPECT_EQ(RawLock().value(), 1);
-    EXPECT_EQ(peer.err(), "");
+    // 1 is EPERM
+    EXPECT_EQ(peer.err(), "ReleaseSemaphore failed: 1\nReleaseSemaphore failed: 1\n");
+    // Neither does one take a hold of another away.
+    Peer holder;
+    EXPECT_EQ(holder("startup"), "1");
+    EXPECT_EQ(holder("take"), "1");
+    EXPECT_EQ(peer("release"), "done");
+    EXPECT_EQ(RawLock().value(), 0);
+    EXPECT_EQ(holder("release"), "done");
 }
 
 TEST_F(LinkFailures, SemaphoreGivenBackByAStrangerIsReportedAndStaysAtOne)

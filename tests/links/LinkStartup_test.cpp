@@ -3,6 +3,7 @@
 #include "tests/links/support/Peer.h"
 #include "tests/links/support/RawBlock.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -259,6 +260,7 @@ TEST_F(LinkStartup, BlockOfTheDeadAloneIsRebuiltFromNothing)
     } // both are killed
     RawBlock block;
     block.set_slot(0, seconds_now() - 31);
+    std::fill(block.data() + 403, block.data() + 408, 'p');
     block.set_slot(1, seconds_now() + 100); // ahead of the clock counts as dead too
     Peer next;
     EXPECT_EQ(next("startup"), "1");
@@ -268,6 +270,7 @@ TEST_F(LinkStartup, BlockOfTheDeadAloneIsRebuiltFromNothing)
     EXPECT_EQ(block.count(0), 0U);
     EXPECT_EQ(block.heartbeat(0), 0);
     // First key byte and record are cleared, the rest of the key is left: 400 + 16 and 400 + 516.
+    EXPECT_EQ(block.hex(403, 5), "00 00 00 00 00"); // padding, where a foreign program had written
     EXPECT_EQ(block.hex(416, 4), "00 6c 64 00");
     EXPECT_EQ(block.hex(916, 8), "00 00 00 00 00 00 00 00");
 }

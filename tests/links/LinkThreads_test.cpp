@@ -3,6 +3,7 @@
 #include "links/SolverConLink.h"
 #include "tests/links/support/Inspector.h"
 #include "tests/links/support/LinkTest.h"
+#include "tests/links/support/Peer.h"
 #include "tests/links/support/RawBlock.h"
 #include "tests/support/Isolated.h"
 
@@ -103,6 +104,36 @@ TEST_F(LinkThreads, OperationsThatMeetAShutdownEndWithNotStarted)
     EXPECT_EQ(outcome.out, "4");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_FALSE(block_exists());
+}
+
+TEST_F(LinkThreads, ShutdownsAtOnceAndLinksCreatedMeanwhileLeaveNothing)
+{
+    Peer other;
+    ASSERT_EQ(other("startup"), "1");
+    for (int turn = 0; turn < 20; ++turn) {
+        const auto outcome = run_isolated([] {
+            (void)LinkManager::Startup();
+            std::vector<std::thread> users;
+            std::atomic<int> running = 0;
+            for (int user = 0; user < 3; ++user)
+                users.emplace_back([&] {
+                    ++running;
+                    std::uint32_t id = 0;
+                    char byte = 'x';
+                    while (LinkManager::CreateLink(1, &byte, "", id) != LinkManager::NotStarted) { }
+                });
+            while (running < 3)
+                std::this_thread::yield();
+            for (int user = 0; user < 3; ++user)
+                users.emplace_back([] { LinkManager::Shutdown(); });
+            for (auto& user : users)
+                user.join();
+        });
+        ASSERT_TRUE(outcome.exited) << outcome.signal;
+        ASSERT_EQ(outcome.status, 0);
+        ASSERT_EQ(RawBlock().dump().find("link"), std::string::npos) << RawBlock().dump();
+        ASSERT_EQ(other("managers"), "1");
+    }
 }
 
 TEST_F(LinkThreads, OneLinkIsAttachedOnceHoweverManyThreadsTry)
