@@ -6,11 +6,18 @@
 #include "tests/support/FailingCalls.h"
 #include "tests/support/Isolated.h"
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <string>
+#include <thread>
+#include <vector>
 
+#include <fcntl.h>
+#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -22,6 +29,11 @@ namespace Testing {
 namespace {
 
 using Tavro::LinkManager;
+
+// Of the attempts to make a mutex and to take the lock's, from now on; 0 lets them succeed.
+int mutex_error = 0;
+std::atomic<int> lock_error = 0;
+std::atomic<int> lock_failures = 0;
 
 class LinkFailures : public LinkTest { };
 
@@ -118,6 +130,119 @@ TEST_F(LinkFailures, GuardThatIsTooShortIsRefused)
         "CreateSemaphore failed: 22\n" + object(".guard1")
             + "is too short for a lock; remove it when no program of yours is running.\n");
     expect_a_start_after_removing(block_name() + ".guard1");
+}
+
+TEST_F(LinkFailures, GuardOfAForeignOwnerIsNotTrusted)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can make an object of another user";
+    const std::string guard = block_name() + ".guard1";
+    write_file("/dev/shm/" + guard, std::string(8320, '\0'));
+    ASSERT_EQ(::chown(("/dev/shm/" + guard).c_str(), 65534, 65534), 0);
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "4");
+    EXPECT_EQ(peer.err(),
+        "CreateSemaphore failed: 13\n" + object(".guard1")
+            + "belongs to user 65534 and not to user 0.\n");
+    expect_a_start_after_removing(guard);
+}
+
+TEST_F(LinkFailures, BlockThatCannotBeClosedIsToldAtTheShutdown)
+{
+    const auto outcome = run_isolated([] {
+        std::cout << LinkManager::Startup();
+        if (fail_system_call(SYS_close, EIO))
+            LinkManager::Shutdown();
+        else
+            std::cout << "no filter";
+    });
+    if (outcome.out == "1no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "1");
+    EXPECT_EQ(outcome.err, "CloseHandle failed: Error Number: 5\n"); // EIO
+    EXPECT_EQ(RawLock().value(), 1);
+}
+
+TEST_F(LinkFailures, SemaphoreThatCannotBeClosedIsToldByAStartThatFails)
+{
+    const auto outcome = run_isolated([] {
+        if (!fail_system_call(SYS_mmap, ENOMEM, 1, 462000)
+            || !fail_system_call(SYS_munmap, EINVAL, 1, 8320))
+            std::cout << "no filter";
+        else
+            std::cout << LinkManager::Startup();
+    });
+    if (outcome.out == "no filter")
+        GTEST_SKIP() << "the system lets no call fail";
+    EXPECT_EQ(outcome.out, "5");
+    // 12 is ENOMEM; 22 is EINVAL, for the guard's 8320 bytes
+    EXPECT_EQ(outcome.err,
+        "MapViewOfFile failed:  Error Number:  12\nsemaphore CloseHandle failed: 22\n");
+}
+
+TEST_F(LinkFailures, MutexThatCannotBeMadeReturnsMutexFailedAndLeavesNothing)
+{
+    const auto outcome = run_isolated([] {
+        mutex_error = EAGAIN;
+        std::cout << LinkManager::Startup();
+        mutex_error = 0;
+        std::cout << LinkManager::Startup(); // it did not count
+    });
+    EXPECT_EQ(outcome.out, "31");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(LinkFailures, LockThatCannotBeTakenReturnsTakeControlFailed)
+{
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's build takes the lock by another call";
+#endif
+    const auto outcome = run_isolated([] {
+        lock_error = EINVAL;
+        std::cout << LinkManager::Startup() << " ";
+        lock_error = 0;
+        std::uint32_t id = 0;
+        std::string key;
+        char data[4] = { 'a', 'a', 'a', 'a' };
+        std::cout << LinkManager::Startup() << LinkManager::CreateLink(4, data, "key", id) << " ";
+        lock_error = EINVAL;
+        std::vector<LinkManager::ManagerDebugInfo> managers;
+        std::vector<LinkManager::LinkDebugInfo> links;
+        std::cout << LinkManager::GetLinkData(id, 4, data) << LinkManager::SetLinkData(id, 4, data)
+                  << LinkManager::SetLinkDataIfUnchanged(id, 4, data, data)
+                  << LinkManager::CreateLink(4, data, "key", id)
+                  << LinkManager::AttachToLink("key", id, 4, data)
+                  << LinkManager::AttachToLink(1, key, 4, data) << LinkManager::DetachFromLink(0)
+                  << LinkManager::GetManagerDebuInfo(managers)
+                  << LinkManager::GetLinkDebugInfo(links);
+        lock_error = 0;
+        LinkManager::Shutdown();
+    });
+    EXPECT_EQ(outcome.out, "20 11 202020202020202020");
+    // 22 is EINVAL; the check thread may have come as well
+    EXPECT_EQ(outcome.err.substr(0, 31), "WaitForSingleObject failed: 22\n");
+    EXPECT_FALSE(block_exists());
+    EXPECT_EQ(RawLock().value(), 1);
+}
+
+// It comes for the lock in each turn and complains in the tenth.
+TEST_F(LinkFailures, CheckThreadWithoutControlWarns)
+{
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer's build takes the lock by another call";
+#endif
+    const auto outcome = run_isolated([] {
+        std::cout << LinkManager::Startup() << std::endl;
+        lock_error = EINVAL;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(50);
+        while (lock_failures < 11 && std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        lock_error = 0;
+        LinkManager::Shutdown();
+    });
+    EXPECT_EQ(outcome.out,
+        "1\nWARNING: LinkManager could not take control of shared memory to perform consistency "
+        "check.\n");
 }
 
 TEST_F(LinkFailures, BlockThatCannotBeMappedReturnsMapFailed)
@@ -309,5 +434,26 @@ TEST_F(LinkFailures, SemaphoreGivenBackByAStrangerIsReportedAndStaysAtOne)
 }
 
 } // namespace
+
+// The linker leads the calls of the program's own code here.
+extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier, cert-dcl37-c, cert-dcl51-cpp): the linker's names
+int __real_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
+int __wrap_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
+int __wrap_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes)
+{
+    return mutex_error != 0 ? mutex_error : __real_pthread_mutex_init(mutex, attributes);
+}
+int __real_pthread_mutex_trylock(pthread_mutex_t* mutex);
+int __wrap_pthread_mutex_trylock(pthread_mutex_t* mutex);
+int __wrap_pthread_mutex_trylock(pthread_mutex_t* mutex)
+{
+    if (lock_error == 0)
+        return __real_pthread_mutex_trylock(mutex);
+    ++lock_failures;
+    return lock_error;
+}
+// NOLINTEND(bugprone-reserved-identifier, cert-dcl37-c, cert-dcl51-cpp)
+}
 
 } // namespace Testing

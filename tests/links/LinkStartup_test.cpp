@@ -4,7 +4,11 @@
 #include "tests/links/support/RawBlock.h"
 
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iterator>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -172,6 +176,24 @@ TEST_F(LinkStartup, LastLivingManagerTakesTheBlockAwayThoughTheDeadLeftSlots)
     RawBlock().set_slot(0, seconds_now() - 31);
     EXPECT_EQ((*peers[1])("shutdown"), "done");
     EXPECT_FALSE(block_exists());
+}
+
+TEST_F(LinkStartup, ShutdownEndsTheCheckThread)
+{
+    Peer peer;
+    EXPECT_EQ(peer("startup"), "1");
+    const auto tasks = [&peer] {
+        const std::filesystem::directory_iterator found(
+            "/proc/" + std::to_string(peer.pid()) + "/task");
+        return std::distance(begin(found), end(found));
+    };
+    const auto before = tasks(); // a sanitizer may have one of its own
+    EXPECT_EQ(peer("shutdown"), "done");
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (tasks() != before - 1 && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(tasks(), before - 1);
+    EXPECT_EQ(peer.finish(), 0);
 }
 
 // Only its stamp is old: it will go on with the block, and so must those who come after.

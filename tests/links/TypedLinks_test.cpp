@@ -7,8 +7,10 @@
 #include "tests/links/support/RawBlock.h"
 #include "tests/support/Isolated.h"
 
+#include <algorithm>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <limits>
 #include <memory>
 
@@ -277,6 +279,48 @@ TEST_F(TypedLinks, GetterThatFailsLeavesItsReferenceUnchanged)
                   << " " << number << " " << whole << " " << touched << "\n";
     }),
         "1\n1313131313 12 1.5 42 43\n");
+}
+
+TEST_F(TypedLinks, FailingGettersOfTheStepsLinksLeaveTheirReferencesUnchanged)
+{
+    EXPECT_EQ(in_manager([] {
+        LinkManager::Result result {};
+        const GeneralConLink general(7, result);
+        const SolverConLink solver(7, result);
+        bool flag = true;
+        int whole = 42;
+        double number = 1.5;
+        std::cout << general.GetStop(flag) << general.GetSuccessfulCompletion(flag)
+                  << general.GetCompletionState(whole) << general.GetProgress(number) << " " << flag
+                  << " " << whole << " " << number << "\n";
+        std::cout << solver.GetStop(flag) << solver.GetSuccessfulCompletion(flag)
+                  << solver.GetTotalMassResidual(number) << solver.GetMaxMassResidual(number)
+                  << solver.GetStepNumber(whole) << solver.GetSubStep(number)
+                  << solver.GetCompletionState(whole) << " " << flag << " " << whole << " "
+                  << number << "\n";
+    }),
+        "1\n13131313 1 42 1.5\n13131313131313 1 42 1.5\n");
+}
+
+TEST_F(TypedLinks, TouchLiesAtItsOffsetInTheOrderOfTheMachine)
+{
+    const auto before = seconds_now();
+    EXPECT_EQ(in_manager([before] {
+        LinkManager::Result result {};
+        GUIConLink link(Tavro::FilePath("m"), result);
+        const RawBlock block;
+        std::cout << link.Touch() << " ";
+        long long stored = 0; // little-endian, by hand
+        for (int byte = 7; byte >= 0; --byte)
+            stored = stored * 256 + block.data()[kRecord + 24 + static_cast<std::size_t>(byte)];
+        std::cout << (stored >= before && stored <= seconds_now()) << " ";
+        // 0x0000000102030405 is 4328719365.
+        constexpr unsigned char kStamp[] = { 5, 4, 3, 2, 1, 0, 0, 0 };
+        std::copy(std::begin(kStamp), std::end(kStamp), block.data() + kRecord + 24);
+        long long touched = 0;
+        std::cout << link.GetLastTouch(touched) << " " << touched << "\n";
+    }),
+        "1\n1 1 1 4328719365\n");
 }
 
 TEST_F(TypedLinks, PaddingIsCarriedUnchangedByEveryWrite)

@@ -19,7 +19,8 @@ constexpr const char* kSemaphorePrefix = "sem.";
 
 /// The mode of everything we create is that of its owner alone. The mask is set before instead of
 /// the mode after the creation, because a process that died between the two would leave an object
-/// that nobody can open.
+/// that nobody can open. The mask is that of the whole process: what another thread creates at that
+/// moment is for its owner alone too, and a child that it starts then inherits the mask.
 class OwnerOnlyMask {
 public:
     OwnerOnlyMask()
