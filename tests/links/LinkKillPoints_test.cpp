@@ -3,15 +3,19 @@
 // A process is led through an operation one machine instruction at a time and killed after every
 // n-th; the others must then find a lock that works and a block that is whole.
 #include "links/LinkManager.h"
+#include "tests/links/support/Inspector.h"
 #include "tests/links/support/LinkTest.h"
 #include "tests/links/support/Peer.h"
 #include "tests/links/support/RawBlock.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <functional>
 
+#include <fcntl.h>
 #include <sys/ptrace.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -294,6 +298,143 @@ TEST_F(LinkKillPoints, ShutdownKilledAnywhereLeavesOthersAtWork)
             EXPECT_TRUE(block_exists());
             age(block, 1);
             block.set_count(0, 1);
+        });
+}
+
+TEST_F(LinkKillPoints, AttachmentLeavesACountThatIsRightOrOneTooHigh)
+{
+    Peer owner;
+    ASSERT_EQ(owner("startup"), "1");
+    ASSERT_EQ(owner("create 4 a key"), "1 0");
+    RawBlock block;
+    RawLock lock;
+    for_each_point(
+        1, 17, [] { (void)LinkManager::Startup(); },
+        [] {
+            std::uint32_t id = 0;
+            char data[4];
+            (void)LinkManager::AttachToLink("key", id, 4, data);
+        },
+        [&] {
+            owner.ask("get 0 4");
+            EXPECT_EQ(owner.answer(kFiveSeconds), "1 a4");
+            EXPECT_TRUE(block.count(0) == 1 || block.count(0) == 2) << block.count(0);
+            EXPECT_EQ(block.size(0), 4U);
+            EXPECT_EQ(lock.value(), 1);
+            age(block, 1);
+            block.set_count(0, 1);
+        });
+}
+
+TEST_F(LinkKillPoints, CheckKilledAnywhereLeavesTheRestToTheNext)
+{
+    Peer owner;
+    ASSERT_EQ(owner("startup"), "1");
+    ASSERT_EQ(owner("create 4 a key"), "1 0");
+    RawBlock block;
+    RawLock lock;
+    for_each_point(
+        1, 101,
+        [&] {
+            (void)LinkManager::Startup();
+            block.set_slot(40, seconds_now() - 100);
+            block.set_count(9, 3);
+            block.set_heartbeat(9, seconds_now() - 100);
+        },
+        [] {
+            if (LinkManager::TakeControl() == LinkManager::Success)
+                Tavro::LinkManagerInspector::ConsistencyCheck();
+            LinkManager::ReleaseControl();
+        },
+        [&] {
+            owner.ask("check");
+            EXPECT_EQ(owner.answer(kFiveSeconds), "done");
+            EXPECT_EQ(block.slot(40), 0);
+            EXPECT_EQ(block.count(9), 0U);
+            EXPECT_EQ(owner("get 0 4"), "1 a4");
+            EXPECT_EQ(lock.value(), 1);
+            age(block, 1);
+        });
+}
+
+TEST_F(LinkKillPoints, LastShutdownKilledAnywhereLetsTheNextStart)
+{
+    for_each_point(
+        1, 211,
+        [] {
+            remove_private_objects();
+            (void)LinkManager::Startup();
+        },
+        [] { LinkManager::Shutdown(); },
+        [] {
+            Peer next;
+            next.ask("startup");
+            EXPECT_EQ(next.answer(kFiveSeconds), "1");
+            EXPECT_EQ(next("create 8 a key"), "1 0") << RawBlock().dump();
+            EXPECT_EQ(next("get 0 8"), "1 a8");
+            EXPECT_EQ(RawLock().value(), 1);
+        });
+}
+
+TEST_F(LinkKillPoints, RebuildKilledAnywhereIsDoneByTheNext)
+{
+    for_each_point(
+        1, 2003,
+        [] {
+            remove_private_objects();
+            make_block(462000);
+            RawBlock block;
+            block.set_slot(3, seconds_now() - 100);
+            block.set_count(0, 3);
+            block.set_count(99, 3);
+        },
+        [] { (void)LinkManager::Startup(); },
+        [] {
+            for (int slot = 0; slot < 50 && block_exists(); ++slot)
+                if (RawBlock block; block.slot(slot) != 0)
+                    block.set_slot(slot, seconds_now() - 100);
+            Peer next;
+            next.ask("startup");
+            EXPECT_EQ(next.answer(kFiveSeconds), "1");
+            EXPECT_EQ(RawBlock().count(99), 0U);
+            EXPECT_EQ(next("create 8 a key"), "1 0") << RawBlock().dump();
+            EXPECT_EQ(RawLock().value(), 1);
+        });
+}
+
+// The next one after a half write dies while it puts the record back.
+TEST_F(LinkKillPoints, RecoveryKilledAnywhereIsDoneByTheNext)
+{
+    Peer owner;
+    ASSERT_EQ(owner("startup"), "1");
+    ASSERT_EQ(owner("create 64 a key"), "1 0");
+    RawBlock block;
+    RawLock lock;
+    for_each_point(
+        1, 11,
+        [&] {
+            (void)LinkManager::Startup();
+            // As a writer leaves it: the link, the size, the block's inode and the bytes before lie
+            // in the guard, from its byte 128 on; the first word tells that they count.
+            struct stat facts { };
+            (void)::stat(("/dev/shm/" + block_name()).c_str(), &facts);
+            const std::uint64_t head[] = { 1, 64, facts.st_ino };
+            const std::string before(64, 'a');
+            const int guard = ::open(("/dev/shm/" + block_name() + ".guard1").c_str(), O_RDWR);
+            (void)!::pwrite(guard, before.data(), before.size(), 128 + sizeof head);
+            (void)!::pwrite(guard, head, sizeof head, 128);
+            ::close(guard);
+            std::fill(block.data() + 916, block.data() + 940, 'z');
+        },
+        [] {
+            if (LinkManager::TakeControl() == LinkManager::Success)
+                LinkManager::ReleaseControl();
+        },
+        [&] {
+            owner.ask("get 0 64");
+            EXPECT_EQ(owner.answer(kFiveSeconds), "1 a64");
+            EXPECT_EQ(lock.value(), 1);
+            age(block, 1);
         });
 }
 
