@@ -5,6 +5,7 @@
 #include "tavrobase/FilePath.h"
 #include "tavrobase/Threads.h"
 
+#include <atomic>
 #include <cstdint>
 
 namespace VRK {
@@ -18,11 +19,12 @@ class SolverConLink;
 
 /// What the run sequence, the step runners and the update thread share.
 ///
-/// Threads: `m_mutex` guards `m_step`, the link pointers and the links behind them. All other
-/// members belong to the main thread; the update thread may read the paths but `m_fpTreeGenFile`,
-/// since they are set before it exists.
-/// Ownership: whoever creates a link stores it here, and destroys it and puts back null under
-/// `m_mutex`.
+/// Threads: `m_mutex` guards `m_step`, the link pointers and the links behind them. The update
+/// thread also reads `m_uintBaseStep`, which may change under it and is atomic for that, and the
+/// paths but `m_fpTreeGenFile`, which are set before it exists. All other members belong to the
+/// main thread. Ownership: whoever creates a link stores it here, and destroys it and puts back
+/// null under `m_mutex`. A start-up that fails may leave its pointers as they are, for the process
+/// ends.
 struct ControllerState {
     VRK::ControllerStep m_step = VRK::StepStarting; ///< step now running
     Tavro::FilePath m_fpCompletionFile; ///< tells the front end how the run ended
@@ -44,7 +46,8 @@ struct ControllerState {
     Tavro::FilePath m_fpProcessOutput; ///< root + "/Process_Output/"
     Tavro::FilePath m_fpDebugFiles; ///< root + "/Debug_Files/"
 
-    std::uint32_t m_uintBaseStep = 0; ///< progress counts from here: 0, or the restart step
+    /// Progress counts from here: 0, or the restart step. The main thread sets it.
+    std::atomic<std::uint32_t> m_uintBaseStep = 0;
     std::uint32_t m_uintTargetStep = 0; ///< last time step of the solver segment now planned
     std::uint32_t m_uintLastAdaptStep = 0; ///< step of the latest adaptation
     bool m_bLastAdaptive = false; ///< the coming segment is the last of the adaptive cycles

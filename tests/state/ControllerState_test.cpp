@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <iterator>
 #include <mutex>
+#include <thread>
 #include <type_traits>
 
 namespace {
@@ -23,8 +26,14 @@ static_assert(kIs<&ControllerState::m_pAdapterLink, Tavro::GeneralConLink*>);
 static_assert(kIs<&ControllerState::m_pExtractorLink, Tavro::GeneralConLink*>);
 static_assert(kIs<&ControllerState::m_pRotorProgLink, Tavro::GeneralConLink*>);
 static_assert(kIs<&ControllerState::m_pSolverLink, Tavro::SolverConLink*>);
+static_assert(kIs<&ControllerState::m_mutex, Tavro::Mutex>);
 static_assert(kIs<&ControllerState::m_fpTreeGenFile, Tavro::FilePath>);
-static_assert(kIs<&ControllerState::m_uintBaseStep, std::uint32_t>);
+static_assert(kIs<&ControllerState::m_fpModelDir, Tavro::FilePath>);
+static_assert(kIs<&ControllerState::m_fpGridOutput, Tavro::FilePath>);
+static_assert(kIs<&ControllerState::m_fpSolverInput, Tavro::FilePath>);
+static_assert(kIs<&ControllerState::m_fpProcessOutput, Tavro::FilePath>);
+static_assert(kIs<&ControllerState::m_fpDebugFiles, Tavro::FilePath>);
+static_assert(kIs<&ControllerState::m_uintBaseStep, std::atomic<std::uint32_t>>);
 static_assert(kIs<&ControllerState::m_uintTargetStep, std::uint32_t>);
 static_assert(kIs<&ControllerState::m_uintLastAdaptStep, std::uint32_t>);
 static_assert(kIs<&ControllerState::m_bLastAdaptive, bool>);
@@ -43,12 +52,26 @@ TEST(ControllerState, StartsAtStepStartingWithNothingOpenAndNothingCounted)
     EXPECT_EQ(g_info.m_pExtractorLink, nullptr);
     EXPECT_EQ(g_info.m_pRotorProgLink, nullptr);
     EXPECT_EQ(g_info.m_pSolverLink, nullptr);
-    EXPECT_EQ(g_info.m_uintBaseStep, 0U);
+    EXPECT_EQ(g_info.m_uintBaseStep.load(), 0U);
     EXPECT_EQ(g_info.m_uintTargetStep, 0U);
     EXPECT_EQ(g_info.m_uintLastAdaptStep, 0U);
     EXPECT_FALSE(g_info.m_bLastAdaptive);
     EXPECT_EQ(g_info.m_dGridTime, 0.0);
     EXPECT_EQ(g_info.m_ullAdaptCount, 0U);
+}
+
+TEST(ControllerState, BaseStepMayBeReadWhileItIsSet)
+{
+    static_assert(std::atomic<std::uint32_t>::is_always_lock_free);
+    std::uint32_t seen = 0;
+    std::thread reader([&] {
+        while (seen != 7) // a data race of these two is the thread sanitizer's to find
+            seen = g_info.m_uintBaseStep;
+    });
+    g_info.m_uintBaseStep = 7;
+    reader.join();
+    g_info.m_uintBaseStep = 0;
+    EXPECT_EQ(seen, 7U);
 }
 
 TEST(ControllerState, PathsAreEmptyBeforeMainSetsThem)
