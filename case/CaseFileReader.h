@@ -2,6 +2,8 @@
 #pragma once
 
 #include "case/Flag.h"
+#include "case/GridData.h"
+#include "case/RotorData.h"
 #include "tavrobase/FilePath.h"
 
 #include <algorithm>
@@ -19,9 +21,24 @@ namespace VRK::CaseFile {
 
 static_assert(std::endian::native == std::endian::little, "the file is memory as it stands");
 
-/// Walks a case file for reading. The stream carries the faults: after the first one nothing is
-/// read any more, numbers keep their values, and texts and lists come out empty. No length or count
-/// makes it ask for more memory than the stream has bytes left.
+/// Bytes that an element of a list takes in the file at least: all its texts and tables are empty.
+template <typename Element>
+constexpr std::size_t kSmallest = 0;
+template <>
+inline constexpr std::size_t kSmallest<BodyData> = 13;
+template <>
+inline constexpr std::size_t kSmallest<RotorData> = 170;
+
+/// No row or element takes more bytes of memory than this for each of its bytes in the file.
+constexpr std::size_t kMemoryPerByte = 4;
+
+/// Walks a case file for reading. The stream carries the faults. After the first one nothing is
+/// read any more: numbers and flags keep their values, but the one that was cut short has the bytes
+/// that were there; texts, paths and lists that are still asked for come out empty.
+///
+/// Memory: a length or count asks at once for at most `kMemoryPerByte` times the bytes that the
+/// stream has left, and one element. A stream that cannot tell is read by pieces, so that memory
+/// stays in proportion to what came.
 class Reader {
 public:
     explicit Reader(std::istream& stream);
@@ -74,9 +91,12 @@ public:
     template <typename Element, typename WalkElement>
     void list(std::vector<Element>& elements, WalkElement walk)
     {
+        static_assert(sizeof(Element) <= kMemoryPerByte * kSmallest<Element>);
         std::uint32_t count = 0;
         values(count);
         elements.clear();
+        if (m_left) // one more, for an element that is cut short
+            elements.reserve(std::min<std::uint64_t>(count, *m_left / kSmallest<Element> + 1));
         while (m_stream && elements.size() < count)
             walk(elements.emplace_back());
     }
@@ -84,9 +104,13 @@ public:
     template <typename... Column>
     void table(Column&... column)
     {
+        constexpr std::size_t kRow = (kSmallestCell<typename Column::value_type> + ...);
+        static_assert((sizeof(typename Column::value_type) + ...) <= kMemoryPerByte * kRow);
         std::uint32_t count = 0;
         values(count);
         (column.clear(), ...);
+        if (m_left)
+            (column.reserve(std::min<std::uint64_t>(count, *m_left / kRow)), ...);
         for (std::uint32_t i = 0; i < count; ++i) {
             std::tuple<typename Column::value_type...> row;
             std::apply([this](auto&... entry) { (this->cell(entry), ...); }, row);
@@ -99,6 +123,11 @@ public:
 
 private:
     static constexpr std::uint64_t kPieceBytes = 1 << 16;
+
+    /// Of a text its length is always there.
+    template <typename Cell>
+    static constexpr std::size_t kSmallestCell
+        = std::is_same_v<Cell, std::string> ? sizeof(std::uint32_t) : sizeof(Cell);
 
     template <typename Number>
     void cell(Number& number)
