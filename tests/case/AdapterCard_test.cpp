@@ -4,6 +4,7 @@
 #include "tests/case/Comparison.h"
 #include "tests/case/Golden.h"
 #include "tests/case/SolverInput.h"
+#include "tests/case/UsedStream.h"
 
 namespace {
 
@@ -102,6 +103,22 @@ TEST(AdapterCard, ExtremeSettingsKeepTheirSignsAndExponents)
                            "      cdead   = 123456d0\n"
                            " $END\n",
         card_of(adapt, -1, 18446744073709551615U, 4294967295)));
+}
+
+TEST(AdapterCard, CardIsTheSameOnAUsedStream)
+{
+    EXPECT_TRUE(same_bytes(kTypicalCard, Testing::formatted_on_used_stream([](std::ostream& card) {
+        format_adaptive(card, typical_settings(), 2, 4, 1500);
+    })));
+}
+
+TEST(AdapterCard, CardIsTheSameUnderACommaLocale)
+{
+    const auto written = Testing::formatted_under_comma_locale(
+        [](std::ostream& card) { format_adaptive(card, typical_settings(), 2, 4, 1500); });
+    if (!written)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    EXPECT_TRUE(same_bytes(kTypicalCard, *written));
 }
 
 TEST(AdapterCard, FileTakesTheCycleAndTheStepFromTheRun)

@@ -4,6 +4,7 @@
 #include "tests/case/Comparison.h"
 #include "tests/case/Golden.h"
 #include "tests/case/SolverInput.h"
+#include "tests/case/UsedStream.h"
 
 namespace {
 
@@ -93,6 +94,22 @@ TEST(BoundaryFile, TypeTwoHasNoValueLine)
                            "# Y-min Boundary\n  -5\n# Y-max Boundary\n  -5\n"
                            "# Z-min Boundary\n  -5\n# Z-max Boundary\n  -5\n",
         card_of(input)));
+}
+
+TEST(BoundaryFile, CardIsTheSameOnAUsedStream)
+{
+    EXPECT_TRUE(same_bytes(kEveryKind, Testing::formatted_on_used_stream([](std::ostream& card) {
+        format_bnd_cnd(card, every_kind());
+    })));
+}
+
+TEST(BoundaryFile, CardIsTheSameUnderACommaLocale)
+{
+    const auto written = Testing::formatted_under_comma_locale(
+        [](std::ostream& card) { format_bnd_cnd(card, every_kind()); });
+    if (!written)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    EXPECT_TRUE(same_bytes(kEveryKind, *written));
 }
 
 TEST(BoundaryFile, WritesItsFileReplacingWhatWasThere)

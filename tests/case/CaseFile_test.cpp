@@ -137,6 +137,24 @@ TEST(CaseFile, ShortTextIsCutAtItsZeroByte)
     EXPECT_EQ(input.m_strModelDir, "");
 }
 
+TEST(CaseFile, EveryShortTextIsCutAtItsZeroByte)
+{
+    const auto text = bytes_of_hex("03 00x3 61 00 62");
+    ControllerInput input;
+    ASSERT_TRUE(read_bytes(smallest_case_with(Testing::kAtModelDir, 4, text), input));
+    EXPECT_EQ(input.m_strModelDir, "a");
+    ASSERT_TRUE(read_bytes(smallest_case_with(Testing::kAtRestart, 1, '\1' + text), input));
+    EXPECT_EQ(input.m_strRestartFile, "a");
+    // A rotor of 170 bytes: its name first, then 162 bytes and the count of airfoil tables, here
+    // one at 0.0.
+    const std::string rotor = text + std::string(162, '\0') + bytes_of_hex("01 00x3 00x8") + text;
+    ASSERT_TRUE(read_bytes(
+        smallest_case_with(Testing::kAtRotors, 4, bytes_of_hex("01 00x3") + rotor), input));
+    ASSERT_EQ(input.m_vecRotors.size(), 1U);
+    EXPECT_EQ(input.m_vecRotors[0].m_strName, "a");
+    EXPECT_EQ(input.m_vecRotors[0].m_vecAftFile, (std::vector<std::string> { "a" }));
+}
+
 TEST(CaseFile, MomentTextIsCutAtItsZeroByteAndTheViscousInputIsNot)
 {
     const auto text = bytes_of_hex("03 00x7 61 00 62");

@@ -13,7 +13,7 @@ namespace Testing {
 [[nodiscard]] std::string smallest_case_with(
     std::size_t offset, std::size_t length, const std::string& bytes);
 
-/// Offsets of fields in the smallest case; checked by its own test.
+/// Offsets of fields in the smallest case, added up from the sizes of the fields before them.
 constexpr std::size_t kAtCaseName = 4;
 constexpr std::size_t kAtModelDir = 8;
 constexpr std::size_t kAtRestart = 12;

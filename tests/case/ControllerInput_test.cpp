@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "case/ControllerInput.h"
 
+#include "tests/case/CaseImages.h"
+#include "tests/case/Comparison.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -52,7 +54,10 @@ class OnOldMemory {
 public:
     OnOldMemory()
     {
-        std::memset(m_storage, 0xFF, sizeof m_storage);
+        // Volatile, or the compiler leaves it out: the memory is not looked at before the record
+        // is.
+        for (volatile unsigned char& byte : m_storage)
+            byte = 0xFF;
         m_input = new (m_storage) ControllerInput;
     }
     ~OnOldMemory() { std::destroy_at(m_input); }
@@ -84,6 +89,14 @@ TEST(ControllerInput, ConstructorZeroesTheLinkTheVelocitiesAndTheMomentPoint)
         EXPECT_EQ(input.m_grid.m_dDomainMin[axis], 0.0);
         EXPECT_EQ(input.m_grid.m_dDomainMax[axis], 0.0);
     }
+}
+
+TEST(ControllerInput, EveryMemberIsZeroBeforeRead)
+{
+    // The smallest case is 732 zeros: every number, flag, length and count of the file.
+    const OnOldMemory memory;
+    EXPECT_TRUE(
+        Testing::same_bytes(std::string(732, '\0'), Testing::written_bytes(memory.input())));
 }
 
 TEST(ControllerInput, TextsListsAndPathsStartEmpty)
@@ -164,19 +177,102 @@ TEST(RotorData, NewElementIsAllZeroWithEmptyTextsAndTables)
     EXPECT_TRUE(rotors[0].m_vecAftFile.empty());
 }
 
-TEST(RotorData, CopyHasEveryMember)
+/// A value of its own in each of the 41 members.
+RotorData full_rotor()
 {
     RotorData rotor;
     rotor.m_strName = "Main";
-    rotor.m_bTwistTable = Flag::from_byte(3);
-    rotor.m_adCenter[1] = -0.5;
-    rotor.m_vecTwist = { 1.0, 2.0 };
+    rotor.m_bClockwise = Flag::from_byte(1);
+    rotor.m_bTipCorrection = Flag::from_byte(2);
+    rotor.m_bUnsteady = Flag::from_byte(3);
+    rotor.m_bCyclicPitch = Flag::from_byte(4);
+    rotor.m_bFlapping = Flag::from_byte(5);
+    rotor.m_bFlapGeomCorrection = Flag::from_byte(6);
+    rotor.m_bChordTable = Flag::from_byte(7);
+    rotor.m_bDeflTable = Flag::from_byte(8);
+    rotor.m_bInplaneTable = Flag::from_byte(9);
+    rotor.m_bTwistTable = Flag::from_byte(10);
+    rotor.m_uintBlades = 11;
+    rotor.m_uintSourceLocations = 12;
+    rotor.m_uintAzimuth = 13;
+    rotor.m_dRadius = 14.5;
+    rotor.m_dHubRadius = 15.5;
+    rotor.m_dHingeOffset = 16.5;
+    rotor.m_dTipSpeed = 17.5;
+    rotor.m_dTipCorrectionRadius = 18.5;
+    rotor.m_dReferenceTwist = 19.5;
+    rotor.m_dPitchAngle = 20.5;
+    rotor.m_dBankAngle = 21.5;
+    rotor.m_dCone = 22.5;
+    rotor.m_dCollective = 23.5;
+    rotor.m_dRequiredCT = 24.5;
+    rotor.m_adCenter[0] = 25.5;
+    rotor.m_adCenter[1] = 26.5;
+    rotor.m_adCenter[2] = 27.5;
+    rotor.m_vecCyclicCos = { 28, 28.5 };
+    rotor.m_vecCyclicSin = { 29, 29.5 };
+    rotor.m_vecFlapCos = { 30, 30.5 };
+    rotor.m_vecFlapSin = { 31, 31.5 };
+    rotor.m_vecChordR = { 32, 32.5 };
+    rotor.m_vecChord = { 33, 33.5 };
+    rotor.m_vecDeflR = { 34, 34.5 };
+    rotor.m_vecDefl = { 35, 35.5 };
+    rotor.m_vecInplaneR = { 36, 36.5 };
+    rotor.m_vecInplane = { 37, 37.5 };
+    rotor.m_vecTwistR = { 38, 38.5 };
+    rotor.m_vecTwist = { 39, 39.5 };
+    rotor.m_vecRefRadius = { 40, 40.5 };
+    rotor.m_vecAftSchedule = { 41, 41.5 };
     rotor.m_vecAftFile = { "a", "b" };
-    const RotorData copy = rotor;
+    return rotor;
+}
+
+TEST(RotorData, CopyHasEveryMember)
+{
+    const RotorData original = full_rotor();
+    RotorData copy = original; // NOLINT(performance-unnecessary-copy-initialization): its subject
     EXPECT_EQ(copy.m_strName, "Main");
-    EXPECT_EQ(copy.m_bTwistTable.byte(), 3);
-    EXPECT_EQ(copy.m_adCenter[1], -0.5);
-    EXPECT_EQ(copy.m_vecTwist, (std::vector<double> { 1.0, 2.0 }));
+    EXPECT_EQ(copy.m_bClockwise.byte(), 1);
+    EXPECT_EQ(copy.m_bTipCorrection.byte(), 2);
+    EXPECT_EQ(copy.m_bUnsteady.byte(), 3);
+    EXPECT_EQ(copy.m_bCyclicPitch.byte(), 4);
+    EXPECT_EQ(copy.m_bFlapping.byte(), 5);
+    EXPECT_EQ(copy.m_bFlapGeomCorrection.byte(), 6);
+    EXPECT_EQ(copy.m_bChordTable.byte(), 7);
+    EXPECT_EQ(copy.m_bDeflTable.byte(), 8);
+    EXPECT_EQ(copy.m_bInplaneTable.byte(), 9);
+    EXPECT_EQ(copy.m_bTwistTable.byte(), 10);
+    EXPECT_EQ(copy.m_uintBlades, 11U);
+    EXPECT_EQ(copy.m_uintSourceLocations, 12U);
+    EXPECT_EQ(copy.m_uintAzimuth, 13U);
+    EXPECT_EQ(copy.m_dRadius, 14.5);
+    EXPECT_EQ(copy.m_dHubRadius, 15.5);
+    EXPECT_EQ(copy.m_dHingeOffset, 16.5);
+    EXPECT_EQ(copy.m_dTipSpeed, 17.5);
+    EXPECT_EQ(copy.m_dTipCorrectionRadius, 18.5);
+    EXPECT_EQ(copy.m_dReferenceTwist, 19.5);
+    EXPECT_EQ(copy.m_dPitchAngle, 20.5);
+    EXPECT_EQ(copy.m_dBankAngle, 21.5);
+    EXPECT_EQ(copy.m_dCone, 22.5);
+    EXPECT_EQ(copy.m_dCollective, 23.5);
+    EXPECT_EQ(copy.m_dRequiredCT, 24.5);
+    EXPECT_EQ(copy.m_adCenter[0], 25.5);
+    EXPECT_EQ(copy.m_adCenter[1], 26.5);
+    EXPECT_EQ(copy.m_adCenter[2], 27.5);
+    EXPECT_EQ(copy.m_vecCyclicCos, (std::vector<double> { 28, 28.5 }));
+    EXPECT_EQ(copy.m_vecCyclicSin, (std::vector<double> { 29, 29.5 }));
+    EXPECT_EQ(copy.m_vecFlapCos, (std::vector<double> { 30, 30.5 }));
+    EXPECT_EQ(copy.m_vecFlapSin, (std::vector<double> { 31, 31.5 }));
+    EXPECT_EQ(copy.m_vecChordR, (std::vector<double> { 32, 32.5 }));
+    EXPECT_EQ(copy.m_vecChord, (std::vector<double> { 33, 33.5 }));
+    EXPECT_EQ(copy.m_vecDeflR, (std::vector<double> { 34, 34.5 }));
+    EXPECT_EQ(copy.m_vecDefl, (std::vector<double> { 35, 35.5 }));
+    EXPECT_EQ(copy.m_vecInplaneR, (std::vector<double> { 36, 36.5 }));
+    EXPECT_EQ(copy.m_vecInplane, (std::vector<double> { 37, 37.5 }));
+    EXPECT_EQ(copy.m_vecTwistR, (std::vector<double> { 38, 38.5 }));
+    EXPECT_EQ(copy.m_vecTwist, (std::vector<double> { 39, 39.5 }));
+    EXPECT_EQ(copy.m_vecRefRadius, (std::vector<double> { 40, 40.5 }));
+    EXPECT_EQ(copy.m_vecAftSchedule, (std::vector<double> { 41, 41.5 }));
     EXPECT_EQ(copy.m_vecAftFile, (std::vector<std::string> { "a", "b" }));
 }
 

@@ -5,6 +5,7 @@
 #include "tests/case/Comparison.h"
 #include "tests/case/Golden.h"
 #include "tests/case/SolverInput.h"
+#include "tests/case/UsedStream.h"
 
 namespace {
 
@@ -172,9 +173,8 @@ TEST(SlvrRot, OneRotorWritesTheCard)
     EXPECT_TRUE(same_bytes(golden("typical.SlvrRot"), card_of(typical_case())));
 }
 
-TEST(SlvrRot, TwoRotorsWithLongTablesWriteTheCard)
+ControllerInput everything_case()
 {
-    // Also: the second rotor's airfoil rows leave the fixed form behind for both centres.
     ControllerInput input = blank_case();
     input.m_bLHAWT = true;
     input.m_vecRotors = { long_rotor(), wide_rotor() };
@@ -184,7 +184,29 @@ TEST(SlvrRot, TwoRotorsWithLongTablesWriteTheCard)
     input.m_uintTrimEnd = 2;
     input.m_dTrimMaxCollectiveChange = 123456.7;
     input.m_dTrimTolerance = 1e6;
-    EXPECT_TRUE(same_bytes(golden("everything.SlvrRot"), card_of(input)));
+    return input;
+}
+
+TEST(SlvrRot, TwoRotorsWithLongTablesWriteTheCard)
+{
+    // Also: the second rotor's airfoil rows leave the fixed form behind for both centres.
+    EXPECT_TRUE(same_bytes(golden("everything.SlvrRot"), card_of(everything_case())));
+}
+
+TEST(SlvrRot, CardIsTheSameOnAUsedStream)
+{
+    EXPECT_TRUE(same_bytes(golden("everything.SlvrRot"),
+        Testing::formatted_on_used_stream(
+            [](std::ostream& card) { format_slvr_rot(card, everything_case()); })));
+}
+
+TEST(SlvrRot, CardIsTheSameUnderACommaLocale)
+{
+    const auto written = Testing::formatted_under_comma_locale(
+        [](std::ostream& card) { format_slvr_rot(card, everything_case()); });
+    if (!written)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    EXPECT_TRUE(same_bytes(golden("everything.SlvrRot"), *written));
 }
 
 TEST(SlvrRot, WithoutAirfoilRowsTheCentreIsInGeneralForm)

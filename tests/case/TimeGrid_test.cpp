@@ -5,6 +5,9 @@
 #include "tests/case/Comparison.h"
 #include "tests/case/Golden.h"
 #include "tests/case/SolverInput.h"
+#include "tests/case/UsedStream.h"
+
+#include <cmath>
 
 namespace {
 
@@ -122,6 +125,38 @@ TEST(TimeGrid, LayerOfNoStepsPrintsWhatTheDivisionGives)
         << line;
 }
 
+TEST(TimeGrid, CardIsTheSameOnAUsedStream)
+{
+    EXPECT_TRUE(same_bytes(golden("everything.Tgrid"),
+        Testing::formatted_on_used_stream(
+            [](std::ostream& card) { format_time_grid(card, three_layers()); })));
+}
+
+TEST(TimeGrid, CardIsTheSameUnderACommaLocale)
+{
+    const auto written = Testing::formatted_under_comma_locale(
+        [](std::ostream& card) { format_time_grid(card, three_layers()); });
+    if (!written)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    EXPECT_TRUE(same_bytes(golden("everything.Tgrid"), *written));
+}
+
+TEST(AdaptiveTimeGrid, CardIsTheSameOnAUsedStream)
+{
+    EXPECT_TRUE(same_bytes(golden("adaptive-everything.Tgrid"),
+        Testing::formatted_on_used_stream(
+            [](std::ostream& card) { format_time_grid(card, three_layers(), 12); })));
+}
+
+TEST(AdaptiveTimeGrid, CardIsTheSameUnderACommaLocale)
+{
+    const auto written = Testing::formatted_under_comma_locale(
+        [](std::ostream& card) { format_time_grid(card, three_layers(), 12); });
+    if (!written)
+        GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    EXPECT_TRUE(same_bytes(golden("adaptive-everything.Tgrid"), *written));
+}
+
 TEST(StepsUpTo, CutsAtTheTarget)
 {
     EXPECT_EQ(steps_up_to({}, 5), Steps {});
@@ -156,6 +191,26 @@ TEST(StepTime, GrowsByTheStepOfItsLayer)
     EXPECT_EQ(step_time(time, 64), 4.0);
     EXPECT_EQ(step_time(time, 65), 4.125);
     EXPECT_EQ(step_time(time, 128), 12.0);
+}
+
+TEST(StepTime, LayerWithoutStepsAddsItsLengthBehindIt)
+{
+    TimeData time = two_layers();
+    time.m_vecTLen = { 4, 2, 8 }; // steps of 1/16, none, steps of 1/8
+    time.m_vecNtCell = { 64, 0, 64 };
+    EXPECT_EQ(step_time(time, 64), 4.0);
+    EXPECT_EQ(step_time(time, 65), 6.125);
+    EXPECT_EQ(step_time(time, 128), 14.0);
+}
+
+TEST(StepTime, StepZeroInALayerWithoutStepsIsNoNumber)
+{
+    // No steps times a step of 4 / 0.
+    TimeData time = two_layers();
+    time.m_vecTLen = { 4, 8 };
+    time.m_vecNtCell = { 0, 64 };
+    EXPECT_TRUE(std::isnan(step_time(time, 0)));
+    EXPECT_EQ(step_time(time, 1), 4.125);
 }
 
 TEST(StepTime, BeyondTheLastLayerIsTheWholeDuration)
