@@ -5,8 +5,10 @@
 #include "case/GridGenStream.h"
 #include "case/LabelFile.h"
 #include "state/ControllerState.h"
+#include "tavrobase/PathIdentity.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <locale>
@@ -117,6 +119,7 @@ std::uint32_t write_boxes(std::istream& labels, const double (&cell)[3], Output&
 bool adapt_grid_gen_input(std::istream& oldStream, std::istream& labels, std::ostream& stream)
 {
     Input old(oldStream);
+    const auto begin = static_cast<std::streamoff>(stream.tellp());
     Output adapted(stream);
     double cell[3];
     std::uint32_t count = 0;
@@ -127,7 +130,7 @@ bool adapt_grid_gen_input(std::istream& oldStream, std::istream& labels, std::os
     std::uint32_t entities = write_boxes(labels, cell, adapted);
     const bool complete = copy_triangles(old, count, adapted, entities);
     adapted.flush();
-    stream.seekp(static_cast<std::streamoff>(countAt));
+    stream.seekp(begin + static_cast<std::streamoff>(countAt));
     adapted.put(entities);
     adapted.flush();
     return complete;
@@ -143,23 +146,26 @@ bool create_adaptive_input(VRK::ControllerInput& input, std::string& errorText)
         errorText = "could not read treegen file";
         return false;
     }
-    if (newPath == oldPath) { // opening it for writing would destroy it
+    if (Tavro::LeadToOneFile(newPath, oldPath)) { // opening it for writing would destroy it
         errorText = "treegen file cannot be adapted onto itself";
         return false;
     }
     auto adapted = VRK::Card::file(newPath);
+    if (!adapted) {
+        errorText = "could not write treegen file";
+        return false;
+    }
 
     const std::string labelPath = VRK::Card::path("Label.dat");
     std::ifstream labels(labelPath);
     if (!labels)
         std::cout << "Could not find or load Labels File: " << labelPath << std::endl;
 
-    if (!adapt_grid_gen_input(old, labels, adapted)) {
-        errorText = "could not read treegen file";
-        return false;
-    }
-    if (!adapted.flush()) {
-        errorText = "could not write treegen file";
+    const bool complete = adapt_grid_gen_input(old, labels, adapted);
+    adapted.close();
+    if (!complete || !adapted) {
+        errorText = complete ? "could not write treegen file" : "could not read treegen file";
+        (void)std::remove(newPath.c_str()); // if it stays too, the reason is the one above
         return false;
     }
     g_info.m_fpTreeGenFile = Tavro::FilePath(newPath);

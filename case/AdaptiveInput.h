@@ -21,10 +21,10 @@ void write_adaptive(const VRK::ControllerInput& input, int stage);
 
 /// Copies grid generator input, with all refinement boxes replaced by those of the labels and the
 /// background box; triangles stay. Labels that contradict themselves are left out with a line on
-/// the error stream. Memory does not grow with the streams, which must be able to seek where they
-/// are written.
-/// False if the old input ends early. Behind an entity of unknown kind the places of all others are
-/// lost, so what is left of the file is then looked through word by word, and its end is no fault.
+/// the error stream. Memory does not grow with the streams. `adapted` is written from where it
+/// stands and must be able to seek back to there. False if the old input ends early. Behind an
+/// entity of unknown kind the places of all others are lost, so what is left of the file is then
+/// looked through word by word, and its end is no fault.
 [[nodiscard]] bool adapt_grid_gen_input(
     std::istream& old, std::istream& labels, std::ostream& adapted);
 
@@ -32,5 +32,6 @@ void write_adaptive(const VRK::ControllerInput& input, int stage);
 /// "Label.dat" of the solver input directory, and makes it the grid generator's file.
 /// A missing label file is said on standard output, and is no failure.
 /// False, with the reason in `errorText` and the run's state as it was, if the old file cannot be
-/// read or the new one cannot be written.
+/// read or the new one cannot be written, or both are one file. A new file that was begun is
+/// removed.
 [[nodiscard]] bool create_adaptive_input(VRK::ControllerInput& input, std::string& errorText);

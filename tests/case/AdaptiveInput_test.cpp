@@ -152,9 +152,9 @@ TEST_F(AdaptiveInput, EntityOfUnknownKindIsNotReadFurther)
     std::string old = golden_bytes("before.treegen.hex");
     old.replace(88, 4, bytes_of_hex("05 00x3 4D 00x3"));
     use("hover.treegen", old);
-    ASSERT_TRUE(create());
-    // Same count as without it, since an unknown kind is not copied.
     labels("");
+    ASSERT_TRUE(create());
+    // The same as without it, since an unknown kind is not copied.
     EXPECT_TRUE(same_bytes(golden_bytes("adapted-without-labels.treegen.hex"), adapted()));
 }
 
@@ -203,15 +203,16 @@ TEST_F(AdaptiveInput, TreegenFileCutAtAnyByteIsAnError)
     EXPECT_FALSE(create());
     EXPECT_EQ(m_error, "could not read treegen file");
     EXPECT_EQ(g_info.m_fpTreeGenFile.Get(), path("hover.treegen"));
+    EXPECT_EQ(Testing::names_in(path("")), (std::vector<std::string> { "hover.treegen" }));
 }
 
-TEST_F(AdaptiveInput, CountOfPointsBeyondTheFileIsAnErrorAndWritesNoMoreThanThereWas)
+TEST_F(AdaptiveInput, CountOfPointsBeyondTheFileIsAnErrorAndLeavesNoNewFile)
 {
     std::string old = golden_bytes("before.treegen.hex");
     old.replace(60, 4, bytes_of_hex("FFx4"));
     use("hover.treegen", old);
     EXPECT_FALSE(create());
-    EXPECT_LE(adapted().size(), old.size());
+    EXPECT_FALSE(Testing::file_exists(path("hover.treegen-adapted")));
 }
 
 TEST_F(AdaptiveInput, NewFileThatCannotBeWrittenIsAnError)
@@ -220,6 +221,62 @@ TEST_F(AdaptiveInput, NewFileThatCannotBeWrittenIsAnError)
     EXPECT_FALSE(create());
     EXPECT_EQ(m_error, "could not write treegen file");
     EXPECT_EQ(g_info.m_fpTreeGenFile.Get(), path("hover.treegen"));
+}
+
+TEST_F(AdaptiveInput, DirectoryInThePlaceOfTheNewFileStays)
+{
+    Testing::make_directory(path("hover.treegen-adapted"));
+    EXPECT_FALSE(create());
+    EXPECT_TRUE(Testing::file_exists(path("hover.treegen-adapted")));
+}
+
+TEST_F(AdaptiveInput, FullDiskIsAnErrorAndLeavesNoNewFile)
+{
+    if (!Testing::file_exists("/dev/full"))
+        GTEST_SKIP() << "no /dev/full here";
+    Testing::make_link("/dev/full", path("hover.treegen-adapted"));
+    EXPECT_FALSE(create());
+    EXPECT_EQ(m_error, "could not write treegen file");
+    EXPECT_EQ(g_info.m_fpTreeGenFile.Get(), path("hover.treegen"));
+    EXPECT_EQ(Testing::names_in(path("")), (std::vector<std::string> { "hover.treegen" }));
+    EXPECT_TRUE(Testing::file_exists("/dev/full"));
+}
+
+TEST_F(AdaptiveInput, FileIsNotAdaptedOntoItselfUnderAnotherName)
+{
+    Testing::make_link(path("hover.treegen"), path("hover.treegen-adapted"));
+    EXPECT_FALSE(create());
+    EXPECT_EQ(m_error, "treegen file cannot be adapted onto itself");
+    EXPECT_TRUE(same_bytes(golden_bytes("before.treegen.hex"), read_file(path("hover.treegen"))));
+}
+
+TEST_F(AdaptiveInput, StreamIsWrittenFromWhereItStands)
+{
+    std::istringstream old(golden_bytes("before.treegen.hex"));
+    std::istringstream noLabels;
+    std::ostringstream stream;
+    stream << "before";
+    EXPECT_TRUE(adapt_grid_gen_input(old, noLabels, stream));
+    EXPECT_TRUE(
+        same_bytes("before" + golden_bytes("adapted-without-labels.treegen.hex"), stream.str()));
+}
+
+TEST_F(AdaptiveInput, LevelsBelowZeroAreStoredInThirtyTwoBits)
+{
+    // Limit 0 caps at level -1, and a background level of 0 is level -1. The boxes of 60 bytes
+    // stand behind 88 bytes and the count of 4.
+    labels("0 0 0 0 0 0 0 0\n0 1 0 1 0 1 0 0 0 0 0 0 0\n");
+    ASSERT_TRUE(create());
+    EXPECT_TRUE(same_bytes(bytes_of_hex("03 00x3 FFx4"), adapted().substr(92, 8)));
+    EXPECT_TRUE(same_bytes(bytes_of_hex("03 00x3 FFx4"), adapted().substr(152, 8)));
+    labels("-6 -1 0 0 0 0 0 0\n0 1 0 1 0 1 -65536 0 0 0 0 0 0\n"
+           "0 1 0 1 0 1 0 0 0 0 0 0 0\n");
+    use("hover.treegen", golden_bytes("before.treegen.hex"));
+    ASSERT_TRUE(create());
+    // Width 1 of a cell of 4 is level 2, which -65536 keeps; limit -6 caps at -7; -1 is level -2.
+    EXPECT_TRUE(same_bytes(bytes_of_hex("03 00x3 02 00x3"), adapted().substr(92, 8)));
+    EXPECT_TRUE(same_bytes(bytes_of_hex("03 00x3 F9 FFx3"), adapted().substr(152, 8)));
+    EXPECT_TRUE(same_bytes(bytes_of_hex("03 00x3 FE FFx3"), adapted().substr(212, 8)));
 }
 
 TEST_F(AdaptiveInput, FileIsNotAdaptedOntoItself)

@@ -125,6 +125,13 @@ TEST(LabelLevel, IsCappedAtTheLimit)
     EXPECT_EQ(level_of(0.5, 2147483647, 10), 10U);
 }
 
+TEST(LabelLevel, LimitBelowZeroIsALevelBelowZero)
+{
+    EXPECT_EQ(level_of(2, 0, 0), 0U);
+    EXPECT_EQ(level_of(2, 0, -1), 4294967295U);
+    EXPECT_EQ(level_of(2, -9, -1), 4294967295U) << "raised to 0, then capped";
+}
+
 TEST(LabelLevel, KeptLevelIsNeitherShiftedNorCapped)
 {
     EXPECT_EQ(level_of(0.5, VRK::kKeepLevel, 2), 3U);
