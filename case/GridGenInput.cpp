@@ -77,8 +77,9 @@ void format_grid_gen_input(std::ostream& stream, const VRK::ControllerInput& inp
 void write_grid_gen_input(const VRK::ControllerInput& input)
 {
     if (input.m_grid.m_bApproxWettedSurface) {
-        std::cerr << "ERROR: Approximate Wetted Surface Not Supported, "
-                     "Grid Generator Input Not Written!"
+        std::cerr << "ERROR: " << g_info.m_fpTreeGenFile.Get()
+                  << " is not written: an approximate wetted surface is not supported by this "
+                     "version"
                   << std::endl;
         return;
     }

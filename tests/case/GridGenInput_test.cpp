@@ -140,7 +140,9 @@ TEST_F(GridGenFile, CaseWithAWettedSurfaceIsRefusedInWordsAndTheFileStays)
     input.m_grid.m_bApproxWettedSurface = true;
     const auto outcome = Testing::run_isolated([&] { write_grid_gen_input(input); });
     EXPECT_EQ(outcome.err,
-        "ERROR: Approximate Wetted Surface Not Supported, Grid Generator Input Not Written!\n");
+        "ERROR: " + m_path
+            + " is not written: an approximate wetted surface is not supported by this version\n");
+    EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(Testing::read_file(m_path), "old");
 }
 
