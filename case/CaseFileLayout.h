@@ -14,8 +14,8 @@
 ///   path(p)             a short text
 ///   block(v)            4-byte count and elements that lie in memory as they do in the file
 ///   list(v, f)          4-byte count and elements, each walked by `f`
-///   table(c...)         4-byte count and rows, each an entry of every column; a text is a short
-///   one choice(flag)        the flag; whether what depends on it follows
+///   table(c...)         4-byte count and rows, each an entry of every column; its texts are short
+///   choice(flag)        the flag; whether what depends on it follows
 namespace VRK::CaseFile {
 
 template <typename Walker, typename Rotor>

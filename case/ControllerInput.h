@@ -19,13 +19,17 @@ namespace VRK {
 /// A case has no defaults: the record has meaning only after a successful `Read`, and all of it is
 /// zero or empty before. Texts in double quotes are keys of the solver card.
 struct ControllerInput {
-    /// Fills the record from a case file. False if the file cannot be opened (the record is then
-    /// untouched), ends early or has a completion path above 1000 bytes; the record then holds what
-    /// stood before the fault, and the lists and texts behind it are empty. Bytes behind the last
-    /// field are not looked at. Memory stays in proportion to the file whatever its counts say.
+    /// Fills the record from a case file. Bytes behind the last field are not looked at. Memory
+    /// stays in proportion to the file whatever its counts say. A restart file or a trajectory that
+    /// the file has not is left as it was. False if the file cannot be opened; the record is then
+    /// untouched. False if it ends early, or has a path that collapses to nothing or a completion
+    /// path above 1000 bytes. The record then holds what stood before the fault. Behind it lists,
+    /// texts and paths are empty, while the restart file, the trajectory and that faulty path stay
+    /// as they were, and so do numbers and flags, but for a number that was cut in the middle.
     [[nodiscard]] bool Read(const Tavro::FilePath& file);
-    /// Writes the file that `Read` reads, replacing what was there. False on any failed write. With
-    /// a completion path above 1000 bytes the file lacks its last field, and the result is false.
+    /// Writes the file that `Read` reads, replacing what was there. True if all of it was handed to
+    /// the system; a disk that is full is seen. With a completion path above 1000 bytes the file
+    /// lacks its last field, and the result is false.
     [[nodiscard]] bool Write(const Tavro::FilePath& file) const;
 
     std::uint32_t m_uintGUILinkID = 0; ///< link on which the front end waits

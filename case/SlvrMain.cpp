@@ -23,7 +23,7 @@ const char* fc_text(std::uint8_t mode)
 
 const char* alpha_text(std::uint8_t alpha) { return alpha == 1 ? "1.0d0" : "0.5d0"; }
 
-/// The solver must not read a closing quote directly behind the opening one.
+/// The card has one blank between the quotes of an empty text.
 std::string or_blank(const std::string& text) { return text.empty() ? " " : text; }
 
 struct LargestRelaxation {

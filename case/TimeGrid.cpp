@@ -91,7 +91,7 @@ void format_time_grid(std::ostream& card, const VRK::TimeData& time, std::uint32
     const std::vector<std::uint32_t> cut = steps_up_to(time.m_vecNtCell, target);
     format_layer_count(card, cut.size());
     for (std::size_t i = 0; i < cut.size(); ++i) {
-        // Divided before it is multiplied: the solver compares times across segments.
+        // Divided before it is multiplied: the twenty digits show the difference.
         const double length = entry(time.m_vecTLen, i) / static_cast<double>(time.m_vecNtCell[i])
             * static_cast<double>(cut[i]);
         format_layer(card, time, i, length, cut[i]);
