@@ -16,6 +16,9 @@ using Testing::bytes_of_hex;
 using Testing::smallest_case;
 using Testing::smallest_case_with;
 
+/// As the reader promises it.
+constexpr std::size_t kMemoryPerByte = 4;
+
 /// Largest request made while reading these bytes as a case, which must fail.
 std::size_t largest_request_of(const std::string& bytes)
 {
@@ -65,23 +68,24 @@ TEST(CorruptCount, OfBodiesIsHeldAgainstTheirSmallestSize)
     // Four thousand million bodies of 13 bytes, 40 in memory, but 615 bytes for them: 47 and a
     // part.
     const std::string bytes = smallest_case().replace(Testing::kAtBodies, 4, bytes_of_hex("FFx4"));
-    EXPECT_LE(largest_request_of(bytes), 4 * 615 + sizeof(VRK::BodyData));
+    EXPECT_LE(largest_request_of(bytes), kMemoryPerByte * 615 + sizeof(VRK::BodyData));
 }
 
 TEST(CorruptCount, OfManyBodiesIsHeldAgainstTheirSmallestSize)
 {
-    // 65 bodies are there: a list that doubles would by now have room for 128. Behind their count
-    // stand 65 * 13 + 611 bytes.
-    const std::string bytes = smallest_case_with(
-        Testing::kAtBodies, 4, bytes_of_hex("FFx4") + std::string(65 * 13, '\0'));
-    EXPECT_LE(largest_request_of(bytes), 4 * (65 * 13 + 615) + sizeof(VRK::BodyData));
+    // 615 + 234 bytes are 65 bodies, for which a list that doubles would have room for 128.
+    const std::string bytes
+        = smallest_case_with(Testing::kAtBodies, 4, bytes_of_hex("FFx4") + std::string(234, '\0'));
+    EXPECT_LE(largest_request_of(bytes), kMemoryPerByte * (615 + 234) + sizeof(VRK::BodyData));
 }
 
 TEST(CorruptCount, OfRotorsIsHeldAgainstTheirSmallestSize)
 {
-    // The 611 bytes behind the count hold 3 rotors of 170 bytes and a part of one.
-    const std::string bytes = smallest_case().replace(Testing::kAtRotors, 4, bytes_of_hex("FFx4"));
-    EXPECT_LE(largest_request_of(bytes), 4 * sizeof(VRK::RotorData));
+    // 611 + 240 bytes are 5 rotors of 170 bytes and one more byte, for which a list that doubles
+    // would have room for 8.
+    const std::string bytes
+        = smallest_case_with(Testing::kAtRotors, 4, bytes_of_hex("FFx4") + std::string(240, '\0'));
+    EXPECT_LE(largest_request_of(bytes), kMemoryPerByte * (611 + 240) + sizeof(VRK::RotorData));
 }
 
 /// Where a count stands in a rotor without texts and rows, which has 170 bytes.
@@ -103,7 +107,8 @@ TEST_P(CorruptRotorCount, IsRefusedWithoutMoreThanFourTimesTheBytesLeft)
     std::string bytes = smallest_case();
     bytes.resize(Testing::kAtRotors);
     bytes += bytes_of_hex("01 00x3") + rotor;
-    EXPECT_LE(largest_request_of(bytes), std::max(4 * rows.size(), sizeof(VRK::RotorData)));
+    EXPECT_LE(
+        largest_request_of(bytes), std::max(kMemoryPerByte * rows.size(), sizeof(VRK::RotorData)));
 }
 
 // 4 + 24 + 8 + 3 + 8 + 80 + 1 = 128 bytes stand before the first count; then 4 + 2, four times
