@@ -26,7 +26,7 @@ void write_adaptive(const VRK::ControllerInput& input, int stage);
 /// entity of unknown kind the places of all others are lost, so what is left of the file is then
 /// looked through word by word, and its end is no fault.
 [[nodiscard]] bool adapt_grid_gen_input(
-    std::istream& old, std::istream& labels, std::ostream& adapted);
+    std::istream& oldStream, std::istream& labels, std::ostream& stream);
 
 /// Makes "<case>.treegen-adapted" beside the grid generator's file of the run, from that file and
 /// "Label.dat" of the solver input directory, and makes it the grid generator's file.

@@ -24,7 +24,7 @@ constexpr std::uint32_t kBox = 3;
 /// Bytes of an entity behind its kind word.
 constexpr std::size_t kTriangleBytes = 4 + 9 * 8 + 4 + 4 + 1;
 constexpr std::size_t kBoxBytes = 4 + 6 * 8 + 4;
-constexpr std::size_t kPointBytes = 3 * 8;
+constexpr std::size_t kPointBytes = 8 + 8 + 8;
 
 constexpr std::size_t kBlockBytes = 1 << 18;
 
