@@ -18,7 +18,7 @@ namespace VRK {
 ///
 /// A case has no defaults: the record has meaning only after a successful `Read`, and all of it is
 /// zero or empty before. Texts in double quotes are keys of the solver card.
-struct ControllerInput { // NOLINT(clang-analyzer-optin.performance.Padding): in reading order
+struct ControllerInput {
     /// Fills the record from a case file. Bytes behind the last field are not looked at. Memory
     /// stays in proportion to the file whatever its counts say. A restart file or a trajectory that
     /// the file has not is left as it was. False if the file cannot be opened; the record is then

@@ -9,7 +9,7 @@
 
 /// Binary input of the grid generator: domain, base divisions, points, and one list of refinement
 /// boxes, body facets and wetted triangles.
-void format_grid_gen_input(std::ostream& file, const VRK::ControllerInput& input,
+void format_grid_gen_input(std::ostream& stream, const VRK::ControllerInput& input,
     std::span<const VRK::WettedTriangle> wetted);
 
 /// Writes that input to the grid generator's file of the run, replacing what was there. Reports

@@ -11,7 +11,7 @@ namespace VRK {
 
 /// One rotor. Each pair of vectors is a table of two columns of equal length. Lengths marked r/R
 /// are fractions of the radius; angles are as the front end gives them.
-struct RotorData { // NOLINT(clang-analyzer-optin.performance.Padding): in reading order
+struct RotorData {
     std::string m_strName;
     Flag m_bClockwise {};
     Flag m_bTipCorrection {};

@@ -95,7 +95,7 @@ TEST_F(NamedLockHold, PathIsWhereTheSystemShowsTheSemaphore)
 // Each of the waiters dies long before its own wait would be over.
 TEST_F(NamedLockHold, DeathsOfWaitersDoNotProlongTheWaitForAHoldInDoubt)
 {
-    constexpr auto kWait = milliseconds(1500);
+    static constexpr auto kWait = milliseconds(1500);
     constexpr auto kLife = milliseconds(1000);
     const auto child_that = [](const auto& body) {
         const pid_t child = ::fork();
