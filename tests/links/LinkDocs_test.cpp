@@ -166,7 +166,7 @@ TEST_F(LinkExample, RunsToItsEndAndReportsIt)
     EXPECT_EQ(block.hex(kRecord, 16), "00 01 70 00 00 00 00 00 00 00 00 00 00 00 f0 3f");
     EXPECT_EQ(block.count(1), 1U);
     EXPECT_EQ(controller("managers"), "1");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkExample, StopsWhenItIsAskedTo)
@@ -199,7 +199,7 @@ TEST_F(LinkExample, RefusesALinkOfAnotherSizeAndAFreeOne)
     EXPECT_EQ(status_of(start("-linkid=1")), 2);
     EXPECT_EQ(status_of(start("-linkid=100")), 2);
     EXPECT_EQ(RawBlock().count(0), 1U);
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkExample, TakesTheBlockAwayIfItIsTheLastToLeave)

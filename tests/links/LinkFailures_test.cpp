@@ -48,7 +48,7 @@ void expect_a_start_after_removing(const std::string& name)
     ASSERT_EQ(::unlink(("/dev/shm/" + name).c_str()), 0);
     Peer next;
     EXPECT_EQ(next("startup"), "1");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkFailures, BlockThatIsTooShortIsNotMappedAndStays)
@@ -62,7 +62,7 @@ TEST_F(LinkFailures, BlockThatIsTooShortIsNotMappedAndStays)
             + "has 461999 bytes instead of 462000.\n");
     EXPECT_TRUE(block_exists());
     EXPECT_EQ(peer("get 0 1"), "8 ?1");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
     expect_a_start_after_removing(block_name());
 }
 
@@ -160,7 +160,7 @@ TEST_F(LinkFailures, BlockThatCannotBeClosedIsToldAtTheShutdown)
         GTEST_SKIP() << "the system lets no call fail";
     EXPECT_EQ(outcome.out, "1");
     EXPECT_EQ(outcome.err, "CloseHandle failed: Error Number: 5\n"); // EIO
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkFailures, SemaphoreThatCannotBeClosedIsToldByAStartThatFails)
@@ -222,7 +222,7 @@ TEST_F(LinkFailures, LockThatCannotBeTakenReturnsTakeControlFailed)
     // 22 is EINVAL; the check thread may have come as well
     EXPECT_EQ(outcome.err.substr(0, 31), "WaitForSingleObject failed: 22\n");
     EXPECT_FALSE(block_exists());
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 // It comes for the lock in each turn and complains in the tenth.
@@ -296,7 +296,7 @@ TEST_F(LinkFailures, CheckThreadThatCannotStartReturnsCheckThreadFailedAndLeaves
         GTEST_SKIP() << "the system lets no call fail";
     EXPECT_EQ(outcome.out, "66");
     EXPECT_FALSE(block_exists());
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
     Peer next;
     EXPECT_EQ(next("startup"), "1");
     EXPECT_EQ(next("slot"), "0");
@@ -389,7 +389,7 @@ TEST_F(LinkFailures, ControlTakenTwiceByOneThreadIsRefusedInsteadOfWaitingForIts
     EXPECT_EQ(peer("take"), "20");
     EXPECT_EQ(peer.err(), "WaitForSingleObject failed: 35\n"); // EDEADLK
     EXPECT_EQ(peer("release"), "done");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
     EXPECT_EQ(peer("create 1 a -"), "1 0");
 }
 
@@ -408,7 +408,7 @@ TEST_F(LinkFailures, ReleaseWithoutControlNeverRaisesTheSemaphore)
     EXPECT_EQ(peer("startup"), "1");
     EXPECT_EQ(peer("release"), "done");
     EXPECT_EQ(peer("release"), "done");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
     // 1 is EPERM
     EXPECT_EQ(peer.err(), "ReleaseSemaphore failed: 1\nReleaseSemaphore failed: 1\n");
     // Neither does one take a hold of another away.
@@ -429,7 +429,7 @@ TEST_F(LinkFailures, SemaphoreGivenBackByAStrangerIsReportedAndStaysAtOne)
     lock.give();
     EXPECT_EQ(peer("release"), "done");
     EXPECT_EQ(peer.err(), "ReleaseSemaphore failed: 75\n"); // EOVERFLOW
-    EXPECT_EQ(lock.value(), 1);
+    EXPECT_EQ(lock.value_at_rest(), 1);
     EXPECT_EQ(peer("create 1 a -"), "1 0");
 }
 

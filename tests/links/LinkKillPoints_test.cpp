@@ -144,7 +144,7 @@ TEST_F(LinkKillPoints, WriteIsWholeOrNotAtAll)
                 ++(seen[2] == fill ? kept : fresh);
                 fill = seen[2];
             }
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             EXPECT_EQ(owner("check"), "done");
             age(block, 1);
             block.set_count(0, 1);
@@ -180,7 +180,7 @@ TEST_F(LinkKillPoints, SwapIsWholeOrNotAtAll)
             EXPECT_TRUE(seen == "1 a56" || seen == "1 b56") << seen;
             if (seen.size() > 2)
                 fill = seen[2];
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             age(block, 1);
             block.set_count(0, 1);
         });
@@ -208,7 +208,7 @@ TEST_F(LinkKillPoints, CreationIsWholeOrNotAtAll)
                 EXPECT_EQ(owner("detach 0"), "1");
                 block.set_count(0, 0);
             }
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             age(block, 1);
         });
 }
@@ -234,7 +234,7 @@ TEST_F(LinkKillPoints, DetachmentLeavesACountThatIsRightOrOneTooHigh)
             EXPECT_EQ(owner.answer(kFiveSeconds), "1 a4");
             EXPECT_TRUE(block.count(0) == 1 || block.count(0) == 2) << block.count(0);
             EXPECT_EQ(block.size(0), 4U);
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             age(block, 1);
             block.set_count(0, 1);
         });
@@ -252,7 +252,7 @@ TEST_F(LinkKillPoints, FirstStartupKilledAnywhereLetsTheNextStart)
             EXPECT_EQ(next.answer(kFiveSeconds), "1");
             EXPECT_EQ(next("create 8 a key"), "1 0") << RawBlock().dump();
             EXPECT_EQ(next("get 0 8"), "1 a8");
-            EXPECT_EQ(RawLock().value(), 1);
+            EXPECT_EQ(RawLock().value_at_rest(), 1);
         });
 }
 
@@ -271,7 +271,7 @@ TEST_F(LinkKillPoints, OpeningOfTheLockKilledAnywhereLetsTheNextStart)
         next.ask("startup");
         ASSERT_EQ(next.answer(kFiveSeconds), "1");
         ASSERT_EQ(next("create 8 a key"), "1 0");
-        ASSERT_EQ(RawLock().value(), 1);
+        ASSERT_EQ(RawLock().value_at_rest(), 1);
     }
 }
 
@@ -294,7 +294,7 @@ TEST_F(LinkKillPoints, ShutdownKilledAnywhereLeavesOthersAtWork)
         [&] {
             owner.ask("get 0 4");
             EXPECT_EQ(owner.answer(kFiveSeconds), "1 a4");
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             EXPECT_TRUE(block_exists());
             age(block, 1);
             block.set_count(0, 1);
@@ -320,7 +320,7 @@ TEST_F(LinkKillPoints, AttachmentLeavesACountThatIsRightOrOneTooHigh)
             EXPECT_EQ(owner.answer(kFiveSeconds), "1 a4");
             EXPECT_TRUE(block.count(0) == 1 || block.count(0) == 2) << block.count(0);
             EXPECT_EQ(block.size(0), 4U);
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             age(block, 1);
             block.set_count(0, 1);
         });
@@ -352,7 +352,7 @@ TEST_F(LinkKillPoints, CheckKilledAnywhereLeavesTheRestToTheNext)
             EXPECT_EQ(block.slot(40), 0);
             EXPECT_EQ(block.count(9), 0U);
             EXPECT_EQ(owner("get 0 4"), "1 a4");
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             age(block, 1);
         });
 }
@@ -372,7 +372,7 @@ TEST_F(LinkKillPoints, LastShutdownKilledAnywhereLetsTheNextStart)
             EXPECT_EQ(next.answer(kFiveSeconds), "1");
             EXPECT_EQ(next("create 8 a key"), "1 0") << RawBlock().dump();
             EXPECT_EQ(next("get 0 8"), "1 a8");
-            EXPECT_EQ(RawLock().value(), 1);
+            EXPECT_EQ(RawLock().value_at_rest(), 1);
         });
 }
 
@@ -398,7 +398,7 @@ TEST_F(LinkKillPoints, RebuildKilledAnywhereIsDoneByTheNext)
             EXPECT_EQ(next.answer(kFiveSeconds), "1");
             EXPECT_EQ(RawBlock().count(99), 0U);
             EXPECT_EQ(next("create 8 a key"), "1 0") << RawBlock().dump();
-            EXPECT_EQ(RawLock().value(), 1);
+            EXPECT_EQ(RawLock().value_at_rest(), 1);
         });
 }
 
@@ -433,7 +433,7 @@ TEST_F(LinkKillPoints, RecoveryKilledAnywhereIsDoneByTheNext)
         [&] {
             owner.ask("get 0 64");
             EXPECT_EQ(owner.answer(kFiveSeconds), "1 a64");
-            EXPECT_EQ(lock.value(), 1);
+            EXPECT_EQ(lock.value_at_rest(), 1);
             age(block, 1);
         });
 }

@@ -47,7 +47,7 @@ TEST_F(LinkLock, ProcessKilledInsideLetsTheOthersGoOn)
     EXPECT_EQ(other.answer(kAMoment), kNothing);
     one.kill();
     EXPECT_EQ(other.answer(kFiveSeconds), "1 a8");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkLock, LastProcessKilledInsideLeavesALockForTheNext)
@@ -60,7 +60,7 @@ TEST_F(LinkLock, LastProcessKilledInsideLeavesALockForTheNext)
     next.ask("startup");
     EXPECT_EQ(next.answer(kFiveSeconds), "1");
     EXPECT_EQ(next("get 0 8"), "15 ?8");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkLock, SeriesOfDeathsInsideIsSurvived)
@@ -75,7 +75,7 @@ TEST_F(LinkLock, SeriesOfDeathsInsideIsSurvived)
     }
     other.ask("set 0 8 b");
     EXPECT_EQ(other.answer(kFiveSeconds), "1");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkLock, ForeignHolderIsWaitedForWithoutLimit)
@@ -86,7 +86,7 @@ TEST_F(LinkLock, ForeignHolderIsWaitedForWithoutLimit)
     EXPECT_EQ(one.answer(3000), kNothing); // longer than any hold that is in doubt is waited for
     lock.give();
     EXPECT_EQ(one.answer(), "1 a8");
-    EXPECT_EQ(lock.value(), 1);
+    EXPECT_EQ(lock.value_at_rest(), 1);
 }
 
 TEST_F(LinkLock, ForeignProgramWaitsForAHolder)
@@ -110,7 +110,7 @@ TEST_F(LinkLock, ForeignWaiterGetsTheLockAfterAHoldersDeath)
     waiter.join();
     ASSERT_TRUE(taken);
     lock.give();
-    EXPECT_EQ(lock.value(), 1);
+    EXPECT_EQ(lock.value_at_rest(), 1);
 }
 
 // The dead one only waited: nothing of its was to be taken over, however long the holder takes.
@@ -125,7 +125,7 @@ TEST_F(LinkLock, DeathOfAWaiterNeverCostsAForeignHolderTheLock)
     EXPECT_EQ(other.answer(3500), kNothing);
     lock.give();
     EXPECT_EQ(other.answer(kFiveSeconds), "1");
-    EXPECT_EQ(lock.value(), 1);
+    EXPECT_EQ(lock.value_at_rest(), 1);
 }
 
 TEST_F(LinkLock, StoppedHolderIsNoDeadOne)

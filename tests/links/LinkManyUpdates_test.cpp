@@ -97,7 +97,7 @@ TEST_F(LinkManyUpdates, TwoProcessesThatSetDifferentFieldsLoseNone)
     EXPECT_EQ(status_of(other), 0);
     ::close(done[1]);
     EXPECT_EQ(status_of(owner), 0);
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 } // namespace

@@ -81,7 +81,7 @@ TEST_F(LinkStartup, FirstManagerCreatesTheBlockAndTheLockForItsUserAlone)
     EXPECT_EQ(block.st_mode & 07777U, 0600U);
     EXPECT_EQ(facts_of("sem." + block_name()).st_mode & 07777U, 0600U);
     EXPECT_EQ(facts_of(block_name() + ".guard1").st_mode & 07777U, 0600U);
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkStartup, FileModeMaskNeitherWidensNorNarrowsTheMode)
@@ -140,7 +140,7 @@ TEST_F(LinkStartup, FiftyManagersStartAndTheNextIsOneTooMany)
     EXPECT_EQ((*peers[49])("managers"), "50");
     EXPECT_EQ(last("managers"), "0");
     EXPECT_EQ(last("get 0 1"), "8 ?1");
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
     // It may try again when a slot has become free.
     EXPECT_EQ((*peers[7])("shutdown"), "done");
     EXPECT_EQ(last("startup"), "1");
@@ -166,7 +166,7 @@ TEST_F(LinkStartup, LastManagerTakesTheBlockAwayAndLeavesTheLock)
     EXPECT_EQ((*peers[1])("shutdown"), "done");
     EXPECT_FALSE(block_exists());
     EXPECT_EQ(private_object_names(), block_name() + ".guard1" + " " + "sem." + block_name());
-    EXPECT_EQ(RawLock().value(), 1);
+    EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
 TEST_F(LinkStartup, LastLivingManagerTakesTheBlockAwayThoughTheDeadLeftSlots)

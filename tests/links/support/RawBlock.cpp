@@ -2,10 +2,12 @@
 #include "tests/links/support/RawBlock.h"
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <stdexcept>
+#include <thread>
 
 #include <fcntl.h>
 #include <pwd.h>
@@ -150,6 +152,18 @@ int RawLock::value() const
     int value = -1;
     ::sem_getvalue(m_semaphore, &value);
     return value;
+}
+
+int RawLock::value_at_rest() const
+{
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::seconds(10);
+    int found = value();
+    while (found < 1 && Clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        found = value();
+    }
+    return found;
 }
 
 bool block_exists() { return ::access(("/dev/shm" + object_name()).c_str(), F_OK) == 0; }

@@ -55,6 +55,9 @@ public:
     [[nodiscard]] bool take(int milliseconds = 30'000);
     void give();
     [[nodiscard]] int value() const;
+    /// The value while nobody is inside: the check threads of the living come in for a moment every
+    /// second. What it is after ten seconds, or at once if it is above 1.
+    [[nodiscard]] int value_at_rest() const;
 
 private:
     sem_t* m_semaphore;
