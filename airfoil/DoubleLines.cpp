@@ -37,7 +37,7 @@ bool DoubleLine<Fields, Width, FirstColumn>::writeToFile(
         return false;
     stream.setf(std::ios::fixed, std::ios::floatfield);
     stream.fill(' ');
-    std::string text(FirstColumn, ' ');
+    std::string text(FirstColumn, ' '); // NOLINT(bugprone-string-constructor): some have none
     for (std::size_t i = 0; i < Fields; ++i)
         text += formatDouble(m_values[i], m_decimals[i], Width, m_present[i], !m_leadingZero[i]);
     text += FieldText::line_tail(label);

@@ -34,9 +34,9 @@ std::string fixed_text(double value, int decimals)
     constexpr std::size_t kSignPointAndSpare = 8;
     constexpr std::size_t kDigitsBefore = std::numeric_limits<double>::max_exponent10 + 1;
     std::string text(kDigitsBefore + kSignPointAndSpare + static_cast<std::size_t>(decimals), ' ');
-    const auto end = std::to_chars(
+    auto* const end = std::to_chars(
         text.data(), text.data() + text.size(), value, std::chars_format::fixed, decimals)
-                         .ptr;
+                          .ptr;
     text.resize(static_cast<std::size_t>(end - text.data()));
     if (decimals == 0 && std::isfinite(value))
         text += '.';

@@ -207,7 +207,7 @@ private:
 
     pid_t begin(int index, int orders, MakeTurn make)
     {
-        std::fflush(nullptr);
+        (void)std::fflush(nullptr);
         const pid_t child = ::fork();
         require(child >= 0, "fork");
         if (child != 0)

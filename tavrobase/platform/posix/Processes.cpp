@@ -145,7 +145,7 @@ ErrorNumber make_non_blocking(const Descriptor& fd)
 /// than we are must not keep us. Closes the pipe at its end.
 ErrorNumber drain(Descriptor& pipe, std::string& text)
 {
-    std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    std::array<char, 65536> block;
     const int capacity = pipe ? ::fcntl(pipe.get(), F_GETPIPE_SZ) : 0;
     for (long long rest = capacity; pipe && rest > 0;) {
         const auto got = Posix::uninterrupted(::read, pipe.get(), block.data(), block.size());
