@@ -24,8 +24,7 @@ std::vector<std::string> GetDirectoryContents(FilePath directory, std::string pa
     std::vector<std::string> names;
     for (const std::string& path : paths) {
         // The name goes in as it stands on disk: a "~" or a backslash in it means nothing here.
-        FilePath entry;
-        entry.Append(path);
+        const FilePath entry = AsWritten(path);
         const std::string text = AsEntry(entry).Get();
         names.push_back(text.substr(text.rfind('/') + 1) + (entry.IsDirectory() ? "/" : ""));
     }

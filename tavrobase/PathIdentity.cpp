@@ -29,14 +29,14 @@ std::vector<std::string> followed(const FilePath& path)
     return components;
 }
 
-FilePath as_written(const std::string& text)
+} // namespace
+
+FilePath AsWritten(const std::string& text)
 {
     FilePath path;
-    path.Append(text); // no normalisation: the text is that of a path already
+    path.Append(text);
     return path;
 }
-
-} // namespace
 
 bool IsOccupied(const FilePath& path)
 {
@@ -61,7 +61,7 @@ bool GoesWith(const FilePath& path, const FilePath& doomed)
 {
     // Of a link only the link goes, but a way that leads through it is lost as well.
     for (FilePath step = AsEntry(path); step.Get().find('/', 1) != std::string::npos;) {
-        step = as_written(step.Get().substr(0, step.Get().rfind('/')));
+        step = AsWritten(step.Get().substr(0, step.Get().rfind('/')));
         if (Platform::same_entry(step.Get(), doomed.Get()))
             return true;
     }
@@ -73,7 +73,7 @@ FilePath AsEntry(const FilePath& path)
     std::string text = path.Get();
     while (text.size() > 1 && text.ends_with('/'))
         text.pop_back();
-    return as_written(text);
+    return AsWritten(text);
 }
 
 } // namespace Tavro

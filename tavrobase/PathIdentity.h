@@ -5,6 +5,10 @@
 
 namespace Tavro {
 
+/// A path with just this text: a name as it stands on disk, in which "~" or a backslash mean
+/// nothing.
+[[nodiscard]] FilePath AsWritten(const std::string& text);
+
 /// Whether there is an entry of that name, be it a link that leads nowhere.
 [[nodiscard]] bool IsOccupied(const FilePath& path);
 

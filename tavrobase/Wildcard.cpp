@@ -2,6 +2,7 @@
 #include "tavrobase/Wildcard.h"
 
 #include "tavrobase/FilePath.h"
+#include "tavrobase/PathIdentity.h"
 #include "tavrobase/platform/Files.h"
 
 #include <string_view>
@@ -33,11 +34,6 @@ std::string without_escapes(const std::string& pattern)
         text += pattern[i];
     }
     return text;
-}
-
-bool exists(const std::string& path)
-{
-    return Platform::file_facts(path).has_value() || Platform::is_symbolic_link(path);
 }
 
 /// Appends `directory` + each of its names that matches.
@@ -85,7 +81,7 @@ Platform::ErrorNumber ExpandWildcard(
         first = false;
     }
     for (std::string& path : found) {
-        if (exists(path))
+        if (IsOccupied(AsWritten(path)))
             matches.push_back(std::move(path));
     }
     return 0;
