@@ -78,5 +78,9 @@ enum class CopyEnd {
 /// emptied first, also when the source cannot be read; if both are the same file it is left as it
 /// is.
 [[nodiscard]] CopyEnd copy_contents(const std::string& from, const std::string& to);
+/// Adds what a file has from byte `offset` on to the end of another one, in the same way. The
+/// target is created if it is missing; the two must not be the same file.
+[[nodiscard]] CopyEnd append_contents(
+    const std::string& from, std::uint64_t offset, const std::string& to);
 
 } // namespace Tavro::Platform

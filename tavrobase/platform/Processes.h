@@ -3,6 +3,7 @@
 
 #include "tavrobase/platform/Errors.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,5 +50,8 @@ struct CapturedRun {
 [[nodiscard]] CapturedRun run_captured(const Command& command, std::string& out, std::string& err);
 
 [[nodiscard]] long long current_process_id();
+
+/// Path of the executable that this process runs; nothing if the system cannot tell.
+[[nodiscard]] std::optional<std::string> executable_path();
 
 } // namespace Tavro::Platform

@@ -91,4 +91,20 @@ CopyEnd copy_contents(const std::string& from, const std::string& to)
     return end;
 }
 
+CopyEnd append_contents(const std::string& from, std::uint64_t offset, const std::string& to)
+{
+    Descriptor source(Posix::uninterrupted(::open, from.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!source || ::lseek(source.get(), static_cast<off_t>(offset), SEEK_SET) < 0)
+        return CopyEnd::SourceUnreadable;
+    // Not O_APPEND: the kernel moves no blocks into files that were opened so.
+    Descriptor target(
+        Posix::uninterrupted(::open, to.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, kNewFileMode));
+    if (!target || ::lseek(target.get(), 0, SEEK_END) < 0)
+        return CopyEnd::TargetFailed;
+    const CopyEnd end = copy_open_files(source.get(), target.get());
+    if (target.close() != 0 && end == CopyEnd::Complete)
+        return CopyEnd::TargetFailed;
+    return end;
+}
+
 } // namespace Tavro::Platform

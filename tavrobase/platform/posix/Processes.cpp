@@ -6,6 +6,7 @@
 
 #include <array>
 #include <csignal>
+#include <filesystem>
 #include <utility>
 
 #include <fcntl.h>
@@ -243,5 +244,12 @@ CapturedRun run_captured(const Command& command, std::string& out, std::string& 
 }
 
 long long current_process_id() { return ::getpid(); }
+
+std::optional<std::string> executable_path()
+{
+    std::error_code error; // a system without such a file
+    const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::nullopt : std::optional(path.string());
+}
 
 } // namespace Tavro::Platform
