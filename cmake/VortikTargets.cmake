@@ -26,11 +26,16 @@ function(vortik_library name)
   set_property(GLOBAL APPEND PROPERTY VORTIK_FOLDERS ${folder})
 endfunction()
 
-# vortik_test(NAME SOURCES source... USES library... [SLOW])
+# vortik_test(NAME SOURCES source... USES library... [SLOW] [OPTIMISED])
 # One test program; every test of it becomes a test of ctest. The sanitizers run all but SLOW ones.
+# What a test program does itself takes no time worth the compiler's, which is most of a build under
+# the sanitizers; those that calculate at length are OPTIMISED.
 function(vortik_test name)
-  cmake_parse_arguments(arg "SLOW" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(arg "SLOW;OPTIMISED" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
+  if(NOT arg_OPTIMISED OR (arg_SLOW AND VORTIK_SANITIZE))
+    target_compile_options(${name} PRIVATE -O0)
+  endif()
   target_link_libraries(${name} PRIVATE ${arg_USES} test_support GTest::gtest GTest::gtest_main)
   set(label quick)
   if(arg_SLOW)
