@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // soak_links SEED KILLS: eight processes use links at random while this one kills them at random
-// times. Afterwards no operation may hang, every counter must equal the increments reported, give
-// or take those in flight at a kill, and nothing of the dead may be left. Ends with 0, 1 for a
-// fault and 77 where there can be no private place for it.
+// times and lets some of them end well. No operation may hang, every counter must equal the
+// increments reported, give or take those in flight at a kill, and every slot and attachment must
+// belong to somebody living or killed: those who ended well leave nothing. At the end what the dead
+// left is made old, and nothing of it may stay. Ends with 0, 1 for a fault and 77 where there can
+// be no private place for it.
+#include "tests/links/support/ChaosAccount.h"
 #include "tests/links/support/ChaosBoard.h"
 #include "tests/links/support/ChaosWorker.h"
 #include "tests/links/support/RawBlock.h"
@@ -48,15 +51,13 @@ public:
         m_block = std::make_unique<RawBlock>();
         for (int index = 0; index < kChaosWorkers; ++index)
             spawn(index);
-        for (int kill = 0; kill < m_kills && m_sound; ++kill) {
+        for (int kills = 0; kills < m_kills && m_sound;) {
             std::this_thread::sleep_for(std::chrono::microseconds(m_random() % 4000));
-            kill_one();
+            kills += end_one() ? 1 : 0;
             if (m_board.complaints != 0)
                 fail("a worker complained");
             watch();
-            if ((kill + 1) % kKillsPerGeneration == 0)
-                m_board.wantedGeneration
-                    = std::min((kill + 1) / kKillsPerGeneration, kChaosGenerations - 1);
+            m_board.wantedGeneration = std::min(kills / kKillsPerGeneration, kChaosGenerations - 1);
         }
         finish();
         if (m_sound)
@@ -105,25 +106,61 @@ private:
         const auto at = static_cast<std::size_t>(index);
         auto& worker = m_board.workers[at];
         worker.slot = -1;
-        worker.creating = false;
-        for (auto& attached : worker.attached)
-            attached = false;
+        worker.leave = false;
         worker.state = ChaosBoard::Starting;
         m_lastProgress[at] = Clock::now();
         const std::uint64_t seed = m_seed * 1'000'003 + ++m_spawned;
         m_pids[at] = begin([&] { run_chaos_worker(m_board, index, seed); });
     }
 
-    void kill_one()
+    // Whether it was a kill.
+    bool end_one()
     {
-        const auto victim = static_cast<std::size_t>(m_random() % kChaosWorkers);
-        ::kill(m_pids[victim], SIGKILL);
-        ::waitpid(m_pids[victim], nullptr, 0);
-        m_board.workers[victim].state = ChaosBoard::Away;
-        if (m_board.inside == m_pids[victim])
-            ++m_insideDeaths;
+        const auto chosen = static_cast<std::size_t>(m_random() % kChaosWorkers);
+        const pid_t pid = m_pids[chosen];
+        auto& worker = m_board.workers[chosen];
+        if (m_random() % 4 == 0) {
+            worker.leave = true;
+            // Half of those who are asked to go may be killed on their way out.
+            if (m_random() % 2 == 0)
+                wait_until([&] { return has_ended(pid); }, "a worker asked to end");
+            else
+                std::this_thread::sleep_for(std::chrono::microseconds(m_random() % 300));
+        }
+        ::kill(pid, SIGKILL);
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        const bool killed = WIFSIGNALED(status);
+        if (killed) {
+            m_account.note_killed(worker);
+            m_insideDeaths += m_board.inside == pid ? 1 : 0;
+        } else {
+            m_account.note_ended_well(worker);
+            ++m_goodEnds;
+            if (WEXITSTATUS(status) != 0)
+                fail("a worker ended with status " + std::to_string(WEXITSTATUS(status)));
+        }
         tidy();
-        spawn(static_cast<int>(victim));
+        spawn(static_cast<int>(chosen));
+        return killed;
+    }
+
+    static bool has_ended(pid_t pid)
+    {
+        siginfo_t facts {};
+        return ::waitid(P_PID, static_cast<id_t>(pid), &facts, WEXITED | WNOHANG | WNOWAIT) == 0
+            && facts.si_pid == pid;
+    }
+
+    bool take_lock()
+    {
+        const auto begin = Clock::now();
+        if (!m_lock->take(static_cast<int>(std::chrono::milliseconds(kLimit).count()))) {
+            fail("the lock is not to be had");
+            return false;
+        }
+        m_longestWait = std::max(m_longestWait, Clock::now() - begin);
+        return true;
     }
 
     // What the dead left would be cleared away half a minute later. Slots made old are cleared at
@@ -131,44 +168,31 @@ private:
     // look dead to that start.
     void tidy()
     {
-        const auto begin = Clock::now();
-        if (!m_lock->take(static_cast<int>(std::chrono::milliseconds(kLimit).count())))
-            return fail("the lock is not to be had");
-        m_longestWait = std::max(m_longestWait, Clock::now() - begin);
-        bool slotsKnown = true;
-        bool linksKnown = true;
-        for (const auto& worker : m_board.workers) {
-            slotsKnown = slotsKnown && worker.state != ChaosBoard::Starting;
-            linksKnown = linksKnown && !worker.creating;
-        }
-        if (slotsKnown)
+        if (!take_lock())
+            return;
+        if (m_account.slots_are_known()) {
+            expect_none(m_account.audit_slots(*m_block));
             for (int slot = 0; slot < 50; ++slot)
-                if (m_block->slot(slot) != 0 && !is_used(slot))
+                if (m_block->slot(slot) != 0 && !m_account.is_used(slot))
                     m_block->set_slot(slot, seconds_now() - 100);
-        if (linksKnown)
+        }
+        if (m_account.links_are_known()) {
+            expect_none(m_account.audit_links(*m_block));
             for (int link = 0; link < kChaosLinks; ++link)
-                if (m_block->count(link) != 0 && m_block->size(link) == 1024 && !is_attached(link))
+                if (m_block->count(link) != 0 && m_block->size(link) == 1024
+                    && !m_account.is_attached(link)) {
                     m_block->set_count(link, 0);
+                    m_account.forget_link(link);
+                }
+        }
         m_lock->give();
         ++m_board.tidied;
     }
 
-    [[nodiscard]] bool is_used(int slot) const
+    void expect_none(const std::string& faults)
     {
-        return slot == m_board.keeperSlot
-            || std::any_of(
-                m_board.workers.begin(), m_board.workers.end(), [slot](const auto& worker) {
-                    return worker.state == ChaosBoard::Running && worker.slot == slot;
-                });
-    }
-
-    [[nodiscard]] bool is_attached(int link) const
-    {
-        return std::any_of(
-            m_board.workers.begin(), m_board.workers.end(), [link](const auto& worker) {
-                return worker.state == ChaosBoard::Running
-                    && worker.attached[static_cast<std::size_t>(link)];
-            });
+        if (!faults.empty())
+            fail("left behind:\n" + faults);
     }
 
     void watch()
@@ -188,8 +212,17 @@ private:
     void finish()
     {
         m_board.stop = true;
-        for (const pid_t pid : m_pids)
-            wait_for(pid, "a worker");
+        for (std::size_t index = 0; index < m_pids.size(); ++index) {
+            wait_for(m_pids[index], "a worker");
+            m_account.note_ended_well(m_board.workers[index]);
+        }
+        // Before anything is made old: what is left now but the keeper's own is of the killed.
+        if (take_lock()) {
+            expect_none(m_account.audit_slots(*m_block));
+            expect_none(m_account.audit_links(*m_block));
+            m_leftByTheKilled = m_account.owed();
+            m_lock->give();
+        }
         m_board.verify = true;
         wait_for(m_keeper, "the keeper");
     }
@@ -238,13 +271,17 @@ private:
             fail("the block is left");
         if (m_lock->value() != 1)
             fail("the semaphore ends at " + std::to_string(m_lock->value()));
+        if (m_goodEnds == 0 || m_leftByTheKilled == 0)
+            fail("nobody ended well, or the killed had nothing to leave");
         if (m_kills >= 1000 && m_insideDeaths == 0)
             fail("nobody was killed inside the lock");
-        std::printf("seed %llu: %d kills, %d of them surely inside the lock, %llu operations, %llu "
-                    "increments, %llu in flight, longest wait for the lock %lld ms\n",
-            static_cast<unsigned long long>(m_seed), m_kills, m_insideDeaths,
-            static_cast<unsigned long long>(operations), static_cast<unsigned long long>(total),
-            static_cast<unsigned long long>(inFlight),
+        std::printf(
+            "seed %llu: %d kills, %d of them surely inside the lock, %d good ends before the "
+            "last, %d attachments left by the killed, %llu operations, %llu increments, "
+            "%llu in flight, longest wait for the lock %lld ms\n",
+            static_cast<unsigned long long>(m_seed), m_kills, m_insideDeaths, m_goodEnds,
+            m_leftByTheKilled, static_cast<unsigned long long>(operations),
+            static_cast<unsigned long long>(total), static_cast<unsigned long long>(inFlight),
             static_cast<long long>(
                 std::chrono::duration_cast<std::chrono::milliseconds>(m_longestWait).count()));
     }
@@ -253,6 +290,7 @@ private:
     int m_kills;
     std::mt19937_64 m_random;
     ChaosBoard& m_board = ChaosBoard::create();
+    ChaosAccount m_account { m_board };
     std::unique_ptr<RawLock> m_lock;
     std::unique_ptr<RawBlock> m_block;
     pid_t m_keeper = -1;
@@ -260,6 +298,8 @@ private:
     std::array<std::uint64_t, kChaosWorkers> m_lastOperations {};
     std::array<Clock::time_point, kChaosWorkers> m_lastProgress {};
     std::uint64_t m_spawned = 0;
+    int m_goodEnds = 0;
+    int m_leftByTheKilled = 0;
     int m_insideDeaths = 0;
     Clock::duration m_longestWait {};
     bool m_sound = true;

@@ -19,12 +19,15 @@ constexpr int kChaosLinks = 100;
 /// What the killer, the keeper of the counters and the workers tell each other, outside the links.
 struct ChaosBoard {
     enum State : int { Away, Starting, Running, Refused };
+    enum Note : int { None, Perhaps, Surely };
 
     struct Worker {
         std::atomic<int> state; ///< `State`
         std::atomic<int> slot; ///< while `Running`
         std::atomic<bool> creating; ///< may be attached to a link that is not noted yet
-        std::array<std::atomic<bool>, kChaosLinks> attached; ///< noted before, erased after
+        /// `Note` on being attached: `Perhaps` from before until after each change.
+        std::array<std::atomic<int>, kChaosLinks> notes;
+        std::atomic<bool> leave; ///< asked to end well
         std::atomic<std::uint64_t> operations;
         /// Increments begun and increments reported, over all of its lives.
         std::array<std::atomic<std::uint64_t>, kChaosGenerations> begun;
@@ -32,9 +35,10 @@ struct ChaosBoard {
     };
 
     std::array<Worker, kChaosWorkers> workers;
-    std::atomic<int> keeperSlot;
+    Worker keeper;
     std::atomic<int> wantedGeneration;
     std::atomic<int> generation; ///< the newest that there is
+    std::array<std::atomic<std::uint32_t>, kChaosGenerations> counterLinks;
     std::array<std::atomic<std::uint64_t>, kChaosGenerations> values; ///< at the end
     std::atomic<int> linksInUse, managers; ///< at the end
     std::atomic<std::uint64_t> tidied; ///< grows when slots may have become free
@@ -51,7 +55,7 @@ struct ChaosBoard {
             throw std::runtime_error("no memory for the board");
         auto* const board = new (place) ChaosBoard {};
         board->generation = -1;
-        board->keeperSlot = -1;
+        board->keeper.slot = -1;
         for (Worker& worker : board->workers)
             worker.slot = -1;
         return *board;

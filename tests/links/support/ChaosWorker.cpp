@@ -52,12 +52,16 @@ public:
     void run()
     {
         start();
-        while (!m_board.stop) {
+        while (!m_board.stop && !m_me.leave) {
             follow_generation();
             turn();
             ++m_me.operations;
         }
+        for (auto& note : m_me.notes)
+            note = note != ChaosBoard::None ? ChaosBoard::Perhaps : ChaosBoard::None;
         LinkManager::Shutdown();
+        for (auto& note : m_me.notes)
+            note = ChaosBoard::None;
         m_me.state = ChaosBoard::Away;
     }
 
@@ -82,9 +86,9 @@ private:
             if (result != LinkManager::TooManyManagers)
                 complain("Startup", result);
             m_me.state = ChaosBoard::Refused;
-            while (m_board.tidied == tidied && !m_board.stop)
+            while (m_board.tidied == tidied && !m_board.stop && !m_me.leave)
                 rest();
-            if (m_board.stop)
+            if (m_board.stop || m_me.leave)
                 ::_exit(0);
         }
         m_me.slot = static_cast<int>(Tavro::LinkManagerInspector::slot());
@@ -97,14 +101,16 @@ private:
         if (newest == m_generation || newest < 0)
             return;
         if (m_generation >= 0)
-            settle("DetachFromLink", LinkManager::DetachFromLink(m_counterLink));
+            leave_link(m_counterLink);
         Counter counter {};
+        auto& note = m_me.notes[m_board.counterLinks[static_cast<std::size_t>(newest)]];
+        note = ChaosBoard::Perhaps;
         const auto result = LinkManager::AttachToLink(counter_key(newest), m_counterLink,
             sizeof counter, reinterpret_cast<char*>(counter.data()));
-        if (result == LinkManager::Success)
-            m_generation = newest;
-        else
+        if (result != LinkManager::Success)
             complain("attachment to a counter", result);
+        note = ChaosBoard::Surely;
+        m_generation = newest;
     }
 
     void turn()
@@ -142,7 +148,7 @@ private:
         std::uint32_t id = 0;
         const auto result = LinkManager::CreateLink(data.size(), data.data(), "", id);
         if (result == LinkManager::Success) {
-            m_me.attached[id] = true;
+            m_me.notes[id] = ChaosBoard::Surely;
             m_links.push_back(id);
         } else if (result != LinkManager::NoFreeLinks) {
             complain("CreateLink", result);
@@ -153,18 +159,19 @@ private:
     void attach()
     {
         const std::uint32_t id = pick(kChaosLinks);
-        if (id == m_counterLink || m_me.attached[id] || m_links.size() > 4)
+        if (m_me.notes[id] != ChaosBoard::None || m_links.size() > 4)
             return;
-        m_me.attached[id] = true;
+        m_me.notes[id] = ChaosBoard::Perhaps;
         std::string key;
         std::string data(kRecordBytes, '?');
         const auto result = LinkManager::AttachToLink(id, key, data.size(), data.data());
         if (result == LinkManager::Success) {
+            m_me.notes[id] = ChaosBoard::Surely;
             m_links.push_back(id);
             expect_whole(data);
             return;
         }
-        m_me.attached[id] = false;
+        m_me.notes[id] = ChaosBoard::None;
         if (result != LinkManager::UnallocatedLinkID && result != LinkManager::IncorrectSize
             && result != LinkManager::TooManyAttached)
             complain("AttachToLink", result);
@@ -176,8 +183,14 @@ private:
             return;
         const std::uint32_t id = m_links.back();
         m_links.pop_back();
+        leave_link(id);
+    }
+
+    void leave_link(std::uint32_t id)
+    {
+        m_me.notes[id] = ChaosBoard::Perhaps;
         settle("DetachFromLink", LinkManager::DetachFromLink(id));
-        m_me.attached[id] = false;
+        m_me.notes[id] = ChaosBoard::None;
     }
 
     void write()
@@ -285,17 +298,22 @@ void run_chaos_keeper(ChaosBoard& board)
     std::vector<std::uint32_t> counters;
     if (LinkManager::Startup() != LinkManager::Success)
         ::_exit(2);
-    board.keeperSlot = static_cast<int>(Tavro::LinkManagerInspector::slot());
+    board.keeper.slot = static_cast<int>(Tavro::LinkManagerInspector::slot());
     while (!board.verify) {
-        if (board.wantedGeneration != board.generation) {
+        if (const int wanted = board.wantedGeneration; wanted != board.generation) {
             Counter zero {};
             counters.push_back(0);
+            board.keeper.creating = true;
             if (LinkManager::CreateLink(sizeof zero, reinterpret_cast<char*>(zero.data()),
-                    counter_key(board.wantedGeneration), counters.back())
-                == LinkManager::Success)
-                board.generation = board.wantedGeneration.load();
-            else
+                    counter_key(wanted), counters.back())
+                == LinkManager::Success) {
+                board.keeper.notes[counters.back()] = ChaosBoard::Surely;
+                board.counterLinks[static_cast<std::size_t>(wanted)] = counters.back();
+                board.generation = wanted;
+            } else {
                 counters.pop_back(); // the killer has yet to tidy up
+            }
+            board.keeper.creating = false;
         }
         rest();
     }
