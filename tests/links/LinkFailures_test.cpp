@@ -34,6 +34,7 @@ using Tavro::LinkManager;
 int mutex_error = 0;
 std::atomic<int> lock_error = 0;
 std::atomic<int> lock_failures = 0;
+int mask_changes = 0;
 
 class LinkFailures : public LinkTest { };
 
@@ -190,6 +191,30 @@ TEST_F(LinkFailures, MutexThatCannotBeMadeReturnsMutexFailedAndLeavesNothing)
     });
     EXPECT_EQ(outcome.out, "31");
     EXPECT_EQ(outcome.err, "");
+}
+
+// What other threads create meanwhile, and the children they start, must not suffer from it.
+TEST_F(LinkFailures, FileModeMaskOfTheProcessIsLeftAloneUnlessItTakesTheOwnersRights)
+{
+    const auto outcome = run_isolated([] {
+        ::umask(0077);
+        mask_changes = 0;
+        std::cout << LinkManager::Startup() << " " << mask_changes << " ";
+        LinkManager::Shutdown();
+        std::cout << ::umask(0) << " " << private_object_names();
+    });
+    // 63 is 077
+    EXPECT_EQ(outcome.out, "1 0 63 " + block_name() + ".guard1 sem." + block_name());
+    remove_private_objects();
+    const auto denied = run_isolated([] {
+        ::umask(0200);
+        mask_changes = 0;
+        std::cout << LinkManager::Startup() << " " << mask_changes << " ";
+        LinkManager::Shutdown();
+        std::cout << ::umask(0);
+    });
+    // There and back for each of guard, semaphore and block; 128 is 0200.
+    EXPECT_EQ(denied.out, "1 6 128");
 }
 
 TEST_F(LinkFailures, LockThatCannotBeTakenReturnsTakeControlFailed)
@@ -452,6 +477,13 @@ int __wrap_pthread_mutex_trylock(pthread_mutex_t* mutex)
         return __real_pthread_mutex_trylock(mutex);
     ++lock_failures;
     return lock_error;
+}
+mode_t __real_umask(mode_t mask);
+mode_t __wrap_umask(mode_t mask);
+mode_t __wrap_umask(mode_t mask)
+{
+    ++mask_changes;
+    return __real_umask(mask);
 }
 // NOLINTEND(bugprone-reserved-identifier, cert-dcl37-c, cert-dcl51-cpp)
 }

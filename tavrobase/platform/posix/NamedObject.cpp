@@ -3,6 +3,10 @@
 
 #include "tavrobase/platform/posix/SysCall.h"
 
+#include <fstream>
+#include <ios>
+#include <locale>
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -12,6 +16,21 @@ namespace Tavro::Platform::Posix {
 namespace {
 
 constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+
+// The mask cannot be asked for but by setting it, save here. Where the system does not tell, it may
+// be any.
+bool mask_takes_owner_rights()
+{
+    std::ifstream status("/proc/self/status");
+    status.imbue(std::locale::classic());
+    for (std::string word; status >> word;) {
+        if (word != "Umask:")
+            continue;
+        mode_t mask = 0;
+        return !(status >> std::oct >> mask) || (mask & kOwnerOnly) != 0;
+    }
+    return true;
+}
 
 Failure check_owner(const std::string& name, const Descriptor& object, struct stat& facts)
 {
@@ -27,6 +46,19 @@ Failure check_owner(const std::string& name, const Descriptor& object, struct st
 }
 
 } // namespace
+
+OwnerOnlyMask::OwnerOnlyMask()
+    : m_exchanged(mask_takes_owner_rights())
+{
+    if (m_exchanged)
+        m_before = ::umask(S_IXUSR | S_IRWXG | S_IRWXO);
+}
+
+OwnerOnlyMask::~OwnerOnlyMask()
+{
+    if (m_exchanged)
+        ::umask(m_before);
+}
 
 Failure object_failure(ErrorNumber error, const std::string& name, const std::string& fault)
 {

@@ -17,24 +17,24 @@ constexpr const char* kObjectDirectory = "/dev/shm";
 /// What it puts before a semaphore's name there.
 constexpr const char* kSemaphorePrefix = "sem.";
 
-/// The mode of everything we create is that of its owner alone. The mask is set before instead of
-/// the mode after the creation, because a process that died between the two would leave an object
-/// that nobody can open. The mask is that of the whole process: what another thread creates at that
-/// moment is for its owner alone too, and a child that it starts then inherits the mask.
+/// The mode of everything we create is that of its owner alone, which is what we ask for. Only a
+/// mask that takes the owner's own rights stands against it, and only such a mask is exchanged for
+/// the time of this object. Not the mode after the creation instead: a process that died between
+/// the two would leave an object that nobody can open. The mask is that of the whole process: what
+/// another thread creates at that moment gets the owner's rights too, and a child that it starts
+/// then inherits the mask.
 class OwnerOnlyMask {
 public:
-    OwnerOnlyMask()
-        : m_before(::umask(S_IXUSR | S_IRWXG | S_IRWXO))
-    {
-    }
-    ~OwnerOnlyMask() { ::umask(m_before); }
+    OwnerOnlyMask();
+    ~OwnerOnlyMask();
     OwnerOnlyMask(const OwnerOnlyMask&) = delete;
     OwnerOnlyMask& operator=(const OwnerOnlyMask&) = delete;
     OwnerOnlyMask(OwnerOnlyMask&&) = delete;
     OwnerOnlyMask& operator=(OwnerOnlyMask&&) = delete;
 
 private:
-    mode_t m_before;
+    bool m_exchanged;
+    mode_t m_before = 0;
 };
 
 /// "The object NAME " and what is wrong with it.
