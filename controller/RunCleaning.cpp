@@ -39,6 +39,13 @@ bool not_the_controllers(const Tavro::FilePath& /*entry*/, const std::string& na
     return name.find("_Controller") == std::string::npos; // its logs are open
 }
 
+void remove_whatever_is_at(const std::string& path)
+{
+    const Tavro::FilePath entry = Tavro::AsWritten(path);
+    if (entry.Exists())
+        (void)Tavro::RemovePath(entry);
+}
+
 void remove_file(const std::string& path)
 {
     if (is_file(path))
@@ -71,7 +78,7 @@ void clean_run_files(const VRK::ControllerInput& input)
         g_info.m_fpGridOutput); // the grid generator says what it lacks
 
     remove_entries(g_info.m_fpProcessOutput.Get(), "*", not_the_controllers);
-    remove_file(below_grid_output("/VRK.Grid.dat"));
+    remove_whatever_is_at(below_grid_output("/VRK.Grid.dat"));
     remove_entries(below_grid_output("/Grid_History/"), "*", every_entry);
     remove_entries(below_root("/Field_Solutions/"), "*", every_file);
     remove_entries(below_root("/Field_Solutions/Solution_History/"), "*", every_entry);
@@ -94,7 +101,7 @@ void RemoveBackupFiles(const Tavro::FilePath& file, unsigned int keep)
     const FileInWork inWork(file.Get());
     const Tavro::FilePath base(file.GetPath().Get() + "/backup/" + file.GetJustName() + ".sav");
     const Tavro::FilePath directory = base.GetPath();
-    if (!directory.Exists())
+    if (!directory.IsDirectory()) // a file of that name is somebody's, however empty it lists
         return;
     for (const std::string& name : Tavro::GetDirectoryContents(directory, base.GetName() + "*"))
         (void)Tavro::RemovePath(Tavro::FilePath(name)); // in the working directory, as ever
