@@ -35,7 +35,7 @@ public:
     Outcome run()
     {
         write_adapt_boxes(m_input);
-        make_run_directory(below_grid_output("/Grid_History/"));
+        make_run_directory(grid_history());
         while (g_info.m_uintTargetStep < m_total) {
             if (auto failure = take_turn(g_info.m_uintTargetStep))
                 return failure;
@@ -48,8 +48,7 @@ private:
     Outcome take_turn(std::uint32_t step)
     {
         if (m_adapt.m_uintPeriod == 0)
-            throw Tavro::BadParameter(
-                "The period of the adaptation is 0", "controller/AdaptiveLoop", __LINE__);
+            throw_bad_case("The period of the adaptation is 0");
         const bool onPeriod = step != 0 && step % m_adapt.m_uintPeriod == 0;
         if (onPeriod && has_started(step) && !has_ended(step)) {
             if (auto failure = adapt(step))
@@ -67,12 +66,25 @@ private:
         return m_adapt.m_bUseEnd && step >= m_adapt.m_uintEnd;
     }
 
+    /// A target that wraps would send the run back for ever.
+    static void set_target(std::uint32_t step, std::uint32_t target)
+    {
+        if (target <= step)
+            throw_bad_case("The next target of the adaptation lies beyond all steps");
+        g_info.m_uintTargetStep = target;
+    }
+
+    [[noreturn]] static void throw_bad_case(const char* words)
+    {
+        throw Tavro::BadParameter(words, "controller/AdaptiveLoop", __LINE__);
+    }
+
     Outcome adapt(std::uint32_t step)
     {
         const std::string& name = m_input.m_strCaseName;
         g_info.m_uintLastAdaptStep = step;
         const std::uint32_t target = step + m_adapt.m_uintPeriod;
-        g_info.m_uintTargetStep = target;
+        set_target(step, target);
         if (target >= m_total)
             g_info.m_bLastAdaptive = true;
         m_input.m_bRestart = true; // the solver's cards say so from now on
@@ -119,7 +131,7 @@ private:
         return period == 0 ? 0 : step - step % period;
     }
 
-    /// The next cycle reads its boxes from this file under its new name, to which each cycle adds.
+    /// The next cycle reads its boxes from this file under its new name.
     static void put_grid_input_away()
     {
         const Tavro::FilePath input = g_info.m_fpTreeGenFile;
@@ -137,7 +149,7 @@ private:
         }
         m_namedRestart = false;
         const std::uint32_t length = plain_length(step);
-        g_info.m_uintTargetStep = step + length;
+        set_target(step, step + length);
         const bool beyondEnd = m_adapt.m_bUseEnd && m_adapt.m_uintEnd <= step + 1;
         archive_segment(m_input, step + 1, step + length, !beyondEnd);
     }

@@ -61,11 +61,14 @@ void copy_body_grid(const std::string& source, const std::string& target, double
 {
     const auto facts = Tavro::Platform::file_facts(source);
     const std::uint64_t size = facts && is_file(source) ? facts->size : 0;
+    if (Tavro::LeadToOneFile(source, target))
+        return; // a link to the present grid would stamp that
     // The whole file first, since only whole files can share their blocks; then what differs. A
     // copy that the disk cuts short is reported by its reader.
-    if (size < kKeptSize
-        || Tavro::Platform::copy_contents(source, target)
-            == Tavro::Platform::CopyEnd::SourceUnreadable) {
+    if (size >= kKeptSize)
+        (void)Tavro::Platform::copy_contents(source, target);
+    const auto copied = Tavro::Platform::file_facts(target);
+    if (size < kKeptSize || !copied || copied->size < kKeptSize) {
         write_header_alone(source, target, time, newGrid);
         return;
     }
@@ -78,13 +81,12 @@ void copy_body_grid(const std::string& source, const std::string& target, double
 
 void copy_first_body_grid(const std::string& caseName)
 {
-    make_run_directory(below_root("/Body_Pressure/"));
-    const std::string source = below_grid_output("/" + caseName + "_body.Grd");
+    make_missing_directory(body_pressure());
+    const std::string source = body_grid_file(caseName);
     const FileInWork inWork(source);
     const Tavro::FilePath body = Tavro::AsWritten(source);
     if (body.Exists()) {
         // What cannot be copied is missed by its reader, not by the run.
-        (void)Tavro::copyFile(
-            body, Tavro::AsWritten(below_root("/Body_Pressure/" + caseName + "_body.Grd")));
+        (void)Tavro::copyFile(body, Tavro::AsWritten(body_pressure(caseName + "_body.Grd")));
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -30,7 +31,7 @@ public:
 
 private:
     std::string m_lastCopy; ///< none so far if empty
-    std::string m_lastLine;
+    std::size_t m_lastLineSize = 0;
 };
 
 /// Copies the present grid to the history as the starting grid.

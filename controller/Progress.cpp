@@ -2,12 +2,12 @@
 #include "controller/Progress.h"
 
 #include "controller/Clock.h"
+#include "controller/ErrorLines.h"
 #include "links/GUIConLink.h"
 #include "links/LinkManager.h"
 #include "state/ControllerState.h"
 
 #include <cmath>
-#include <iostream>
 #include <limits>
 #include <mutex>
 
@@ -28,8 +28,8 @@ void publish(const char* what, Set set)
     const Result result = set(*g_info.m_pGUILink);
     if (result == Result::Success)
         return;
-    std::cerr << "Controller ERROR:  Failed to communicate " << what << ": "
-              << Tavro::LinkManager::GetResultString(result) << std::endl;
+    say_error(std::string("Controller ERROR:  Failed to communicate ") + what + ": "
+        + Tavro::LinkManager::GetResultString(result));
 }
 
 /// Toward zero, and at its nearest beyond the range of the link's field.

@@ -13,7 +13,7 @@ bool run_rotor_prog_step(const VRK::ControllerInput& input, std::string& error)
     if (!plainRestart) {
         std::cout << "main: running rotor prog." << std::endl;
         if (input.m_bLRotFAST)
-            make_run_directory(std::string("Rotor_Performance"));
+            make_missing_directory("Rotor_Performance");
     }
     write_slvr_rot(input);
     return plainRestart || rotor_prog_step(input, error);

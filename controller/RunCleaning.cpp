@@ -79,13 +79,13 @@ void clean_run_files(const VRK::ControllerInput& input)
 
     remove_entries(g_info.m_fpProcessOutput.Get(), "*", not_the_controllers);
     remove_whatever_is_at(below_grid_output("/VRK.Grid.dat"));
-    remove_entries(below_grid_output("/Grid_History/"), "*", every_entry);
+    remove_entries(grid_history(), "*", every_entry);
     remove_entries(below_root("/Field_Solutions/"), "*", every_file);
     remove_entries(below_root("/Field_Solutions/Solution_History/"), "*", every_entry);
     remove_files_below_root({ "/Process_Output/MassRsdl.dat", "/Process_Output/MomRsdl.dat",
         "/Process_Output/VelRsdl.dat", "/Process_Output/TurbRsdl.dat" });
-    remove_entries(below_root("/Body_Pressure/"), "*.Prs", every_file);
-    remove_entries(below_root("/Body_Pressure/"), "*.Grd", every_file);
+    remove_entries(body_pressure(), "*.Prs", every_file);
+    remove_entries(body_pressure(), "*.Grd", every_file);
     remove_files_below_root({ "/Body_Pressure/FrcMnt.out" });
     remove_entries(below_root("/Rotor_Performance/Rotor_Solutions/"), "*.Prf", every_file);
     remove_files_below_root({ "/Rotor_Performance/Performance/TrimLog2.out",
@@ -104,7 +104,7 @@ void RemoveBackupFiles(const Tavro::FilePath& file, unsigned int keep)
     if (!directory.IsDirectory()) // a file of that name is somebody's, however empty it lists
         return;
     for (const std::string& name : Tavro::GetDirectoryContents(directory, base.GetName() + "*"))
-        (void)Tavro::RemovePath(Tavro::FilePath(name)); // in the working directory, as ever
+        (void)Tavro::RemovePath(Tavro::AsWritten(name)); // in the working directory, as ever
     if (keep == 0 && Tavro::GetDirectoryContents(directory, "*").empty())
         (void)Tavro::RemovePath(directory);
 }

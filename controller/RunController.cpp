@@ -17,10 +17,12 @@ int run_controller(int argc, const char* const* argv)
     Tavro::FilePath caseFile;
     if (!enter_run(argc, argv, caseFile))
         return kFailed;
-
     VRK::ControllerInput input;
-    if (!open_case(caseFile, input) || !attach_to_front_end(input))
+    if (!take_case(caseFile, input))
         return kFailed;
+    if (!prepare_state(input) || !attach_to_front_end(input) || !start_watching())
+        return kFailed;
+
     clean_airfoil_tables(input);
     begin_progress(input);
 

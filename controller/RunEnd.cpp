@@ -2,25 +2,12 @@
 #include "controller/RunEnd.h"
 
 #include "controller/CompletionFile.h"
+#include "controller/ErrorLines.h"
 #include "controller/Progress.h"
-#include "controller/StartUp.h"
 #include "controller/UpdateThread.h"
 #include "links/GUIConLink.h"
 #include "links/LinkManager.h"
 #include "state/ControllerState.h"
-
-namespace {
-
-/// The update thread must have ended.
-void give_everything_back()
-{
-    delete g_info.m_pGUILink;
-    g_info.m_pGUILink = nullptr;
-    g_info.m_mutex.destroy();
-    Tavro::LinkManager::Shutdown();
-}
-
-} // namespace
 
 void finish_run()
 {
@@ -32,10 +19,19 @@ void finish_run()
 
 void fail_run(const RunFailure& failure)
 {
-    report_error(failure.m_strText);
-    // Before the step is published: a stop that comes later must not be written over the failure.
+    // Before a word is said: from here on the run has failed, and a stop that comes later must not
+    // be written over that.
     dismiss_update_thread();
+    report_error(failure.m_strText);
     update_step(failure.m_step);
     output_completion_file();
     give_everything_back();
+}
+
+void give_everything_back()
+{
+    delete g_info.m_pGUILink;
+    g_info.m_pGUILink = nullptr;
+    g_info.m_mutex.destroy();
+    Tavro::LinkManager::Shutdown();
 }

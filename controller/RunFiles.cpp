@@ -4,6 +4,9 @@
 #include "state/ControllerState.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/platform/Files.h"
+
+#include <filesystem>
 
 namespace {
 
@@ -23,6 +26,31 @@ std::string below_solver_input(const std::string& name)
     return g_info.m_fpSolverInput.Get() + name;
 }
 
+std::string absolute_text(const std::string& path)
+{
+    const auto here = Tavro::Platform::working_directory();
+    return path.starts_with('/') || !here ? path : *here + "/" + path;
+}
+
+Tavro::FilePath run_path(const std::string& text)
+{
+    return Tavro::AsWritten(std::filesystem::path(text).lexically_normal().string());
+}
+
+std::string grid_file() { return below_grid_output("/VRK.grid.dat"); }
+
+std::string body_grid_file(const std::string& caseName)
+{
+    return below_grid_output("/" + caseName + "_body.Grd");
+}
+
+std::string grid_history(const std::string& name)
+{
+    return below_grid_output("/Grid_History/" + name);
+}
+
+std::string body_pressure(const std::string& name) { return below_root("/Body_Pressure/" + name); }
+
 std::string restart_file(const std::string& caseName, const std::string& ending)
 {
     return below_root("/Restarts/" + caseName + ending);
@@ -35,9 +63,13 @@ std::string step_tag(std::uint32_t step)
 
 void make_run_directory(const std::string& directory)
 {
-    const Tavro::FilePath path = Tavro::AsWritten(directory);
-    if (!path.Exists())
-        (void)Tavro::createDirectory(path, kDirectoryMode); // what needs it says so
+    (void)Tavro::createDirectory(Tavro::AsWritten(directory), kDirectoryMode);
+}
+
+void make_missing_directory(const std::string& directory)
+{
+    if (!Tavro::AsWritten(directory).Exists())
+        make_run_directory(directory);
 }
 
 bool is_file(const std::string& path)

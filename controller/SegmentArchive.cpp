@@ -28,17 +28,15 @@ void archive_segment(
     for (std::uint64_t wide = first; wide <= last; ++wide) { // `last` may be the highest number
         const auto step = static_cast<std::uint32_t>(wide);
         const bool end = step == total;
-        const double time = step_time(input.m_time, step);
         if (end || is_due(input.m_bLSaveHstBdyPrs, input.m_uintIterBdyPrs, step)) {
-            copy_body_grid(below_grid_output("/" + name + "_body.Grd"),
-                below_root("/Body_Pressure/" + name + "_" + step_tag(step) + "_body.Grd"), time,
-                firstBody);
+            copy_body_grid(body_grid_file(name),
+                body_pressure(name + "_" + step_tag(step) + "_body.Grd"),
+                step_time(input.m_time, step), firstBody);
             firstBody = false;
         }
         if (end || is_due(input.m_bLSaveHstFASTSln, input.m_uintIterFASTSln, step)) {
-            const bool copied = grids.copy_to(
-                below_grid_output("/Grid_History/" + name + "_" + step_tag(step) + ".Grd"),
-                Tavro::NumToString(time), firstGrid);
+            const bool copied = grids.copy_to(grid_history(name + "_" + step_tag(step) + ".Grd"),
+                Tavro::NumToString(step_time(input.m_time, step)), firstGrid);
             if (copied)
                 firstGrid = false;
         }

@@ -50,7 +50,7 @@ bool run_solver_step(const VRK::ControllerInput& input, std::string& error)
 {
     std::cout << "main: running solver." << std::endl;
     if (input.m_bLBdyPrs)
-        make_run_directory(std::string("Body_Pressure"));
+        make_missing_directory("Body_Pressure");
     write_slvr_main(input);
     write_time_grid(input);
     return run_solver(input, error);

@@ -3,7 +3,9 @@
 
 #include "airfoil/AirfoilTable.h"
 #include "controller/CompletionFile.h"
+#include "controller/ErrorLines.h"
 #include "controller/Progress.h"
+#include "controller/RunEnd.h"
 #include "controller/RunFiles.h"
 #include "controller/StepProgram.h"
 #include "controller/TotalSteps.h"
@@ -14,53 +16,59 @@
 #include "state/ControllerState.h"
 #include "tavrobase/CommandLine.h"
 #include "tavrobase/FileUtilities.h"
+#include "tavrobase/PathIdentity.h"
 #include "tavrobase/platform/Errors.h"
-
-#include <iostream>
 
 namespace {
 
 using Tavro::LinkManager;
 
-/// A path that the change of the working directory does not change.
-Tavro::FilePath absolute(const std::string& text)
+/// The given path, which may begin with "~", from the top of the file system on.
+Tavro::FilePath case_path(const std::string& given)
 {
-    const Tavro::FilePath path(text);
-    if (path.Get().starts_with('/'))
-        return path;
-    return Tavro::FilePath(Tavro::getCurrentDirectory().Get() + "/" + path.Get());
+    return run_path(absolute_text(Tavro::FilePath(given).Get()));
 }
 
-void set_run_directories(const Tavro::FilePath& root)
+/// With "/" at its end; empty if the case lies at the top of the file system, or nowhere.
+std::string directory_of(const Tavro::FilePath& caseFile)
 {
-    g_info.m_fpModelDir = root;
-    g_info.m_fpProcessOutput = Tavro::FilePath(below_root("/Process_Output/"));
-    g_info.m_fpGridOutput = Tavro::FilePath(below_root("/Grid_Output/"));
-    g_info.m_fpSolverInput = Tavro::FilePath(below_root("/Solver_Input/"));
-    g_info.m_fpDebugFiles = Tavro::FilePath(below_root("/Debug_Files/"));
+    const std::string text = caseFile.Get();
+    const auto slash = text.find_last_of('/', text.ends_with('/') ? text.size() - 2 : text.npos);
+    return slash == 0 || slash == std::string::npos ? "" : text.substr(0, slash + 1);
+}
+
+void set_run_directories(const std::string& root)
+{
+    g_info.m_fpModelDir = Tavro::AsWritten(root);
+    g_info.m_fpProcessOutput = run_path(below_root("/Process_Output/"));
+    g_info.m_fpGridOutput = run_path(below_root("/Grid_Output/"));
+    g_info.m_fpSolverInput = run_path(below_root("/Solver_Input/"));
+    g_info.m_fpDebugFiles = run_path(below_root("/Debug_Files/"));
 }
 
 void redirect_streams()
 {
     const std::string logs = g_info.m_fpProcessOutput.Get();
-    if (!g_info.m_fpProcessOutput.IsDirectory()) // the last words that anybody can read
-        report_error("Could not create the log directory " + logs);
-    Tavro::Daemonize(Tavro::FilePath(logs + "/Vortik_Controller.out"),
-        Tavro::FilePath(logs + "/Vortik_Controller.err"), false, false);
+    Tavro::Daemonize(run_path(logs + "/Vortik_Controller.out"),
+        run_path(logs + "/Vortik_Controller.err"), false, false);
 }
 
-void drop_front_end_link()
+bool refuse_case()
 {
-    delete g_info.m_pGUILink;
-    g_info.m_pGUILink = nullptr;
+    report_error(" Could not read controller input file");
+    LinkManager::Shutdown();
+    return false;
+}
+
+/// A file without a directory is one of the root: the working directory changes during a run, and
+/// the front end looks for its file in one place.
+Tavro::FilePath completion_file(const Tavro::FilePath& given)
+{
+    const std::string text = given.Get();
+    return text.empty() || text.starts_with('/') ? given : run_path(below_root("/" + text));
 }
 
 } // namespace
-
-void report_error(const std::string& text)
-{
-    std::cerr << "CONTROLLER ERROR: " << text << std::endl;
-}
 
 bool enter_run(int argc, const char* const* argv, Tavro::FilePath& caseFile)
 {
@@ -73,43 +81,46 @@ bool enter_run(int argc, const char* const* argv, Tavro::FilePath& caseFile)
         return false;
     }
     StepProgram::remember_program_directory(argv[0]);
-    caseFile = absolute(value);
-    const Tavro::FilePath root = caseFile.GetPath();
-    (void)Tavro::SetWorkingDirectory(root); // without the directory there is no case file either
+    caseFile = case_path(value);
+    const std::string root = directory_of(caseFile);
+    if (root.empty()) // a run fills its root with directories: not the top of the file system
+        return refuse_case();
     set_run_directories(root);
+    (void)Tavro::SetWorkingDirectory(g_info.m_fpModelDir); // if not, there is no case file either
     make_run_directory(g_info.m_fpProcessOutput.Get());
     make_run_directory(g_info.m_fpDebugFiles.Get());
     redirect_streams();
     return true;
 }
 
-bool open_case(const Tavro::FilePath& caseFile, VRK::ControllerInput& input)
+bool take_case(const Tavro::FilePath& caseFile, VRK::ControllerInput& input)
 {
-    if (!input.Read(caseFile)) {
-        report_error(" Could not read controller input file");
-        LinkManager::Shutdown();
-        return false;
-    }
-    (void)Tavro::RemovePath(caseFile); // a case is run once; if it stays, it is run again
+    if (!input.Read(caseFile))
+        return refuse_case();
+    (void)Tavro::RemovePath(caseFile); // if it stays, a later start runs it again
+    return true;
+}
+
+bool prepare_state(const VRK::ControllerInput& input)
+{
+    const Tavro::FilePath completion = completion_file(input.m_fpCompletionFile);
     g_info.m_bLastAdaptive = false;
-    write_completion_file(input.m_fpCompletionFile, VRK::StepNotFinished);
+    write_completion_file(completion, VRK::StepNotFinished);
 
     g_info.m_step = VRK::StepStarting;
-    g_info.m_fpCompletionFile = input.m_fpCompletionFile;
+    g_info.m_fpCompletionFile = completion;
     g_info.m_pGUILink = nullptr;
     g_info.m_pGridGenLink = nullptr;
     g_info.m_pRotorProgLink = nullptr;
     g_info.m_pSolverLink = nullptr;
-    g_info.m_fpTreeGenFile
-        = Tavro::FilePath(below_grid_output("/" + input.m_strCaseName + ".treegen"));
+    g_info.m_fpTreeGenFile = run_path(below_grid_output("/" + input.m_strCaseName + ".treegen"));
     g_info.m_uintTargetStep = 0;
     g_info.m_ullAdaptCount = 0;
-    if (g_info.m_mutex.initialize() != 0) {
-        report_error(" Could not initialize controller mutex");
-        LinkManager::Shutdown();
-        return false;
-    }
-    return true;
+    if (g_info.m_mutex.initialize() == 0)
+        return true;
+    report_error(" Could not initialize controller mutex");
+    LinkManager::Shutdown();
+    return false;
 }
 
 bool attach_to_front_end(const VRK::ControllerInput& input)
@@ -126,23 +137,23 @@ bool attach_to_front_end(const VRK::ControllerInput& input)
     if (attached != LinkManager::Success) {
         report_error(
             std::string("Failed to attach to GUI link: ") + LinkManager::GetResultString(attached));
-        drop_front_end_link();
-        g_info.m_mutex.destroy();
-        LinkManager::Shutdown();
+        give_everything_back();
         return false;
     }
     update_step(VRK::StepReady);
-    const auto error = start_update_thread();
-    if (error != 0) {
-        report_error("Failed to start update thread: " + Tavro::Platform::error_text(error));
-        update_step(VRK::StepThreadFailed);
-        output_completion_file();
-        drop_front_end_link();
-        g_info.m_mutex.destroy();
-        LinkManager::Shutdown();
-        return false;
-    }
     return true;
+}
+
+bool start_watching()
+{
+    const auto error = start_update_thread();
+    if (error == 0)
+        return true;
+    report_error("Failed to start update thread: " + Tavro::Platform::error_text(error));
+    update_step(VRK::StepThreadFailed);
+    output_completion_file();
+    give_everything_back();
+    return false;
 }
 
 void clean_airfoil_tables(VRK::ControllerInput& input)

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "controller/StepProgram.h"
 
+#include "controller/ErrorLines.h"
+#include "controller/RunFiles.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/ProcessExecution.h"
 #include "tavrobase/StringUtilities.h"
 #include "tavrobase/platform/Processes.h"
-
-#include <iostream>
 
 namespace StepProgram {
 
@@ -27,11 +27,6 @@ std::string bare_name(const Tavro::FilePath& directory)
     return name;
 }
 
-std::string absolute(const std::string& path)
-{
-    return path.starts_with('/') ? path : Tavro::getCurrentDirectory().Get() + path;
-}
-
 void clear_general(Tavro::GeneralConLink& link)
 {
     // A link made a moment ago can be written; if not, the program's verdict cannot be read either.
@@ -50,17 +45,18 @@ std::string program_path(const std::string& startedAs)
 {
     if (startedAs.find('/') != std::string::npos)
         return startedAs;
-    const std::string found = Tavro::GetExecutablePath(startedAs).Get(); // as a shell finds it
-    if (!found.empty())
-        return found;
-    return Tavro::Platform::executable_path().value_or(startedAs);
+    // As a shell finds it, unless it is another program of that name: whoever starts us by our path
+    // may call us what he likes.
+    const std::string found = Tavro::GetExecutablePath(startedAs).Get();
+    const std::string running = Tavro::Platform::executable_path().value_or(found);
+    return Tavro::LeadToOneFile(found, running) ? found : running;
 }
 
 } // namespace
 
 void report_link_failure(const char* words, Tavro::LinkManager::Result result)
 {
-    std::cerr << words << Tavro::LinkManager::GetResultString(result) << std::endl;
+    say_error(std::string(words) + Tavro::LinkManager::GetResultString(result));
 }
 
 std::string link_argument(unsigned int linkID) { return "-linkid=" + Tavro::NumToString(linkID); }
@@ -92,12 +88,17 @@ bool is_threaded(const VRK::ControllerInput& input) { return input.m_shtParallel
 
 void remember_program_directory(const std::string& startedAs)
 {
-    program_directory() = Tavro::AsWritten(absolute(program_path(startedAs))).GetPath();
+    const std::string program = absolute_text(program_path(startedAs));
+    program_directory() = Tavro::AsWritten(program.substr(0, program.rfind('/') + 1));
 }
 
 bool run_beside_controller(
     const std::string& name, const std::vector<std::string>& arguments, std::string& error)
 {
+    {
+        // A stop that is being carried out has taken the link back: the program must not start.
+        const std::lock_guard lock(g_info.m_mutex);
+    }
     return Tavro::run_process(program_directory() + name, arguments, name, error);
 }
 

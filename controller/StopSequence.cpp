@@ -21,7 +21,7 @@ void forward_to(Link* link)
         (void)link->SetStop(true); // a program that cannot be reached cannot be waited for either
 }
 
-/// The hybrid stages of the grid generator are left out: they do not look at their flag.
+/// The hybrid stages of the grid generator are left out, on purpose.
 void forward_stop()
 {
     switch (g_info.m_step) {

@@ -3,6 +3,7 @@
 
 #include "tavrobase/Exception.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -12,28 +13,35 @@ namespace {
 
 thread_local const std::string* t_file = nullptr;
 
-std::string words_of(const std::exception_ptr& exception)
+/// Without memory of its own: there may be none left, and that the reason.
+void print_words(const std::exception_ptr& exception)
 {
+    if (!exception) {
+        std::cerr << "none";
+        return;
+    }
     try {
         std::rethrow_exception(exception);
     } catch (const Tavro::Exception& error) {
-        return error.What();
+        std::cerr << error.m_strErrorMessage;
     } catch (const std::exception& error) {
-        return error.what();
+        std::cerr << error.what();
     } catch (...) {
-        return "unknown exception";
+        std::cerr << "of unknown kind";
     }
 }
 
 [[noreturn]] void end_with_words()
 {
-    const std::exception_ptr exception = std::current_exception();
-    std::string line = "CONTROLLER ERROR: uncaught exception: "
-        + (exception ? words_of(exception) : std::string("none"));
-    if (t_file != nullptr)
-        line += " (file in work: " + *t_file + ")";
+    static std::atomic_flag s_entered;
+    if (s_entered.test_and_set()) // by an exception within this, or one of another thread
+        std::abort();
     std::cout.flush();
-    std::cerr << line << std::endl;
+    std::cerr << "CONTROLLER ERROR: uncaught exception: ";
+    print_words(std::current_exception());
+    if (t_file != nullptr)
+        std::cerr << " (file in work: " << *t_file << ')';
+    std::cerr << std::endl;
     std::abort();
 }
 
@@ -41,8 +49,8 @@ std::string words_of(const std::exception_ptr& exception)
 
 void report_uncaught_exceptions() { std::set_terminate(end_with_words); }
 
-// The handler runs where the exception was thrown, before any frame is left, so the innermost name
-// is still the one of the file in work.
+// The handler runs before a frame of ours is left (functions of the base library that draw traces
+// throw on, but hold no name), so the innermost name is still the one of the file in work.
 FileInWork::FileInWork(std::string file)
     : m_file(std::move(file))
     , m_outer(std::exchange(t_file, &m_file))

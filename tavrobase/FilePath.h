@@ -107,7 +107,8 @@ bool SetWorkingDirectory(FilePath directory);
 [[nodiscard]] std::vector<std::string> SplitString(
     const std::string& text, const std::string& delimiter);
 
-/// Sends standard output and standard error to two files, replacing or continuing them.
+/// Sends standard output and standard error to two files, replacing or continuing them. A stream
+/// whose file cannot be opened stays as it is.
 void Daemonize(const FilePath& out, const FilePath& err, bool appendOut, bool appendErr);
 
 } // namespace Tavro

@@ -13,8 +13,15 @@ namespace {
 
 void reopen(std::FILE* stream, const FilePath& path, bool append)
 {
-    // A log that cannot be opened must not stop a run that can do without it.
-    (void)std::freopen(path.Get().c_str(), append ? "a" : "w", stream);
+    // A log that cannot be opened must not stop a run that can do without it. The stream stays as
+    // it is then: closed, its descriptor would go to the next file that is opened, and words with
+    // it.
+    const char* mode = append ? "a" : "w";
+    std::FILE* log = std::fopen(path.Get().c_str(), mode);
+    if (log == nullptr)
+        return;
+    (void)std::fclose(log); // nothing was written to it
+    (void)std::freopen(path.Get().c_str(), mode, stream);
 }
 
 } // namespace

@@ -88,11 +88,13 @@ TEST_F(DaemonizeFiles, AFileThatCannotBeOpenedDoesNotStopTheProgram)
         Daemonize(
             FilePath(m_root.path("gone/out")), FilePath(m_root.path("gone/err")), false, false);
         std::ofstream card(m_root.path("card"));
-        std::cout << "lost" << std::endl;
-        std::cerr << "lost" << std::endl;
+        std::cout << "to whom it was said before" << std::endl;
+        std::cerr << "error, too" << std::endl;
         card << "card";
     });
     EXPECT_TRUE(outcome.exited);
     EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "to whom it was said before\n");
+    EXPECT_EQ(outcome.err, "error, too\n");
     EXPECT_EQ(read_file(m_root.path("card")), "card"); // no stray line in what was opened next
 }
