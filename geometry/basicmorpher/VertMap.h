@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "geometry/PositionIndex.h"
+#include "geometry/VectorMath.h"
+#include "geometry/basicmorpher/Elements.h"
+
+#include <cstddef>
+#include <deque>
+
+namespace BasicMorpher {
+
+/// Vertices by the exact position that they were entered under, wherever they are now. Nothing is
+/// ever removed: an entry may refer to a vertex that is gone.
+class VertMap {
+public:
+    [[nodiscard]] std::size_t size() const { return m_entries.size(); }
+    [[nodiscard]] bool empty() const { return m_entries.empty(); }
+    /// None if nothing was entered there.
+    [[nodiscard]] VertIt Find(const Position& position) const
+    {
+        const std::uint32_t found = FindNumber(position);
+        return found == Tavro::PositionIndex::kAbsent ? VertIt() : m_entries[found].m_itVert;
+    }
+    /// Replaces what was entered there before.
+    void Enter(const Position& position, VertIt vert)
+    {
+        std::uint32_t number = FindNumber(position);
+        if (number == Tavro::PositionIndex::kAbsent) {
+            number = static_cast<std::uint32_t>(m_entries.size());
+            m_entries.push_back({ position, vert });
+            m_index.Insert(position, number);
+            if (Tavro::LexicographicallyLess(position, m_entries[m_uiFirst].m_vPosition))
+                m_uiFirst = number;
+        }
+        m_entries[number].m_itVert = vert;
+    }
+    /// The entry of the lexicographically least position; there must be one.
+    [[nodiscard]] VertIt First() const { return m_entries[m_uiFirst].m_itVert; }
+
+private:
+    struct Entry {
+        Position m_vPosition;
+        VertIt m_itVert;
+    };
+
+    [[nodiscard]] std::uint32_t FindNumber(const Position& position) const
+    {
+        return m_index.Find(position,
+            [this](std::uint32_t i) -> const Position& { return m_entries[i].m_vPosition; });
+    }
+
+    std::deque<Entry> m_entries; // a growing vector would need twice the memory while it moves
+    Tavro::PositionIndex m_index;
+    std::uint32_t m_uiFirst = 0;
+};
+
+} // namespace BasicMorpher
