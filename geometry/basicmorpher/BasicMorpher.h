@@ -165,6 +165,9 @@ public:
 private:
     [[nodiscard]] VertIt FindOrAddVert(const Position& position);
     [[nodiscard]] EdgeIt FindOrAddEdge(VertIt vert0, VertIt vert1);
+    /// The cell on the faces with these edges.
+    [[nodiscard]] CellIt FindOrAddCell(std::span<const std::span<const EdgeIt>> rings);
+    [[nodiscard]] CellIt FindOrAddTetrahedron(VertIt a, VertIt b, VertIt c, VertIt d);
 };
 
 } // namespace BasicMorpher

@@ -154,7 +154,8 @@ private:
 };
 
 /// Elements that stay where they are, each put before all older ones, so that a walk never meets
-/// what was made on its way. Memory of removed elements is kept until the list goes.
+/// what was made on its way. The place of a removed element is not used again: order and identity
+/// need no memory then, and few elements are ever removed.
 template <typename T>
 class ElementList {
 public:
@@ -163,12 +164,15 @@ public:
     ElementList() = default;
     ~ElementList()
     {
-        if constexpr (!std::is_trivially_destructible_v<T>) {
-            for (iterator it = begin(); it != end(); ++it)
-                it->~T();
-        }
-        while (m_uiChunk != Chunk::kNoChunk)
+        while (m_uiChunk != Chunk::kNoChunk) {
+            if constexpr (!std::is_trivially_destructible_v<T>) {
+                Chunk& chunk = ElementChunks<T>::At(m_uiChunk);
+                for (std::uint32_t slot = 0; slot < m_uiSlot; ++slot)
+                    std::destroy_at(chunk.Element(slot));
+            }
             m_uiChunk = ElementChunks<T>::GiveBack(m_uiChunk);
+            m_uiSlot = Chunk::kSlots; // all former ones are full
+        }
     }
     ElementList(const ElementList&) = delete;
     ElementList& operator=(const ElementList&) = delete;
@@ -177,6 +181,15 @@ public:
 
     [[nodiscard]] std::size_t size() const { return m_size; }
     [[nodiscard]] bool empty() const { return m_size == 0; }
+    /// Whether an element that was put into this list is still there; false for none.
+    [[nodiscard]] bool contains(iterator it) const
+    {
+        if (it == end())
+            return false;
+        const std::uint32_t slot = it.m_uiHandle & (Chunk::kSlots - 1);
+        const Chunk& chunk = ElementChunks<T>::At(it.m_uiHandle >> Chunk::kSlotBits);
+        return (chunk.m_alive[slot / Chunk::kWordBits] & Bit(slot)) != 0;
+    }
     /// The youngest element.
     [[nodiscard]] iterator begin() const { return m_itBegin; }
     [[nodiscard]] iterator end() const { return {}; }
@@ -198,12 +211,13 @@ public:
         ++m_size;
         return m_itBegin;
     }
-    /// Destroys the element, which must be in this list; iterators to others stay valid.
+    /// Of an element of this list. Iterators to others stay valid; one that still refers to it
+    /// meets an element as new, not freed memory.
     void erase(iterator it)
     {
         if (it == m_itBegin)
             ++m_itBegin;
-        it->~T();
+        *it = T();
         const std::uint32_t slot = it.m_uiHandle & (Chunk::kSlots - 1);
         ElementChunks<T>::At(it.m_uiHandle >> Chunk::kSlotBits).m_alive[slot / Chunk::kWordBits]
             &= ~Bit(slot);

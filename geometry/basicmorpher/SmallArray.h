@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <memory>
 #include <new>
 #include <span>
 #include <stdexcept>
@@ -69,7 +71,7 @@ public:
     void push_back(T value)
     {
         if (m_uiSize == m_uiCapacity)
-            Grow(m_uiCapacity * 2);
+            Grow(2 * std::size_t { std::max(m_uiCapacity, InlineCapacity) });
         ::new (static_cast<void*>(data() + m_uiSize)) T(value);
         ++m_uiSize;
     }
@@ -100,19 +102,20 @@ private:
     }
     void Append(std::span<const T> values)
     {
-        const auto count = static_cast<std::uint32_t>(values.size());
-        if (count > InlineCapacity)
-            Grow(count);
+        if (values.size() > InlineCapacity)
+            Grow(values.size());
         std::uninitialized_copy(values.begin(), values.end(), data());
-        m_uiSize = count;
+        m_uiSize = static_cast<std::uint32_t>(values.size());
     }
-    void Grow(std::uint32_t capacity)
+    void Grow(std::size_t capacity)
     {
+        if (capacity > std::numeric_limits<std::uint32_t>::max())
+            throw std::length_error("The array would get too long.");
         auto* const larger = static_cast<T*>(::operator new(capacity * sizeof(T)));
         std::uninitialized_copy(begin(), end(), larger);
         Free();
         std::memcpy(m_storage, &larger, sizeof(larger));
-        m_uiCapacity = capacity;
+        m_uiCapacity = static_cast<std::uint32_t>(capacity);
     }
     /// Leaves size and capacity as they are.
     void Free()
@@ -130,7 +133,7 @@ private:
 
     std::uint32_t m_uiSize = 0;
     std::uint32_t m_uiCapacity = InlineCapacity;
-    alignas(T) std::byte m_storage[InlineCapacity * sizeof(T)]; ///< the values or their address
+    alignas(T) std::byte m_storage[InlineCapacity * sizeof(T)] {}; ///< the values or their address
 };
 
 } // namespace BasicMorpher
