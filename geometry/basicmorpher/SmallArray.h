@@ -19,7 +19,7 @@ namespace BasicMorpher {
 template <typename T, std::uint32_t InlineCapacity>
 class SmallArray {
     static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
-    static_assert(InlineCapacity * sizeof(T) >= sizeof(T*));
+    static_assert(InlineCapacity * sizeof(T) >= sizeof(void*));
 
 public:
     using value_type = T;
@@ -97,7 +97,8 @@ private:
     [[nodiscard]] T* Heap() const
     {
         T* heap = nullptr;
-        std::memcpy(&heap, m_storage, sizeof(heap)); // kept as bytes: an aligned pointer costs room
+        std::memcpy(
+            &heap, m_storage, sizeof(void*)); // kept as bytes: an aligned pointer costs room
         return heap;
     }
     void Append(std::span<const T> values)
@@ -114,7 +115,7 @@ private:
         auto* const larger = static_cast<T*>(::operator new(capacity * sizeof(T)));
         std::uninitialized_copy(begin(), end(), larger);
         Free();
-        std::memcpy(m_storage, &larger, sizeof(larger));
+        std::memcpy(m_storage, &larger, sizeof(void*));
         m_uiCapacity = static_cast<std::uint32_t>(capacity);
     }
     /// Leaves size and capacity as they are.
