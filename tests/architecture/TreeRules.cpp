@@ -148,6 +148,21 @@ std::vector<std::string> system_leaks(const std::string& root)
     return found;
 }
 
+namespace {
+
+/// The README that tells of a file: that of its own directory, or of the nearest one above.
+fs::path nearest_readme(const std::string& root, const std::string& path)
+{
+    for (fs::path folder = fs::path(path).parent_path(); !folder.empty();
+         folder = folder.parent_path()) {
+        if (fs::exists(fs::path(root) / folder / "README.md"))
+            return folder / "README.md";
+    }
+    return {};
+}
+
+} // namespace
+
 std::vector<std::string> untold_files(const std::string& root)
 {
     std::vector<std::string> found;
@@ -159,9 +174,11 @@ std::vector<std::string> untold_files(const std::string& root)
             found.push_back(folder + ": no README.md");
         for (const std::string& path : files_below(root, folder)) {
             const std::string stem = fs::path(path).stem().string();
-            if (folder_of(path) == folder && is_source(path) && !readme.empty()
-                && readme.find(stem) == std::string::npos)
-                found.push_back(path + ": not in " + folder + "/README.md");
+            if (folder_of(path) != folder || !is_source(path) || readme.empty())
+                continue;
+            const fs::path nearest = nearest_readme(root, path);
+            if (text_of(fs::path(root) / nearest).find(stem) == std::string::npos)
+                found.push_back(path + ": not in " + nearest.string());
         }
     }
     std::sort(found.begin(), found.end());
