@@ -2,6 +2,9 @@
 #include "geometry/basicmorpher/BasicMorpher.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,20 +23,18 @@ bool AllCornersOnSurface(const Face& face)
 }
 
 /// The faces that can be reached from one without crossing a surface edge.
-FaceSet FloodBetweenSurfaceEdges(FaceIt start, const EdgeFaces& edgeFaces)
+FaceSet FloodBetweenSurfaceEdges(FaceIt start, const EdgeUses& uses)
 {
-    FaceSet group;
-    std::vector<FaceIt> stack { start };
-    while (!stack.empty()) {
-        const FaceIt face = stack.back();
-        stack.pop_back();
-        group.insert(face);
-        for (const EdgeIt edge : face->m_vecEdges) {
+    FaceSet group { start };
+    SmallArray<FaceIt, 16> reached;
+    reached.push_back(start);
+    for (std::uint32_t i = 0; i < reached.size(); ++i) {
+        for (const EdgeIt edge : reached[i]->m_vecEdges) {
             if (IsSurfaceEdge(*edge))
                 continue;
-            for (const FaceIt other : edgeFaces.On(edge)) {
-                if (!group.contains(other))
-                    stack.push_back(other);
+            for (const EdgeUse& use : uses.On(edge)) {
+                if (group.insert(use.m_itFace))
+                    reached.push_back(use.m_itFace);
             }
         }
     }
@@ -42,52 +43,28 @@ FaceSet FloodBetweenSurfaceEdges(FaceIt start, const EdgeFaces& edgeFaces)
 
 void CheckClosed(const FaceSet& faces)
 {
-    for (const auto& [edge, count] : CountEdgeUses(faces)) {
+    EdgeUses(faces).CountEach([](EdgeIt, std::ptrdiff_t count) {
         if (count != 2) {
             const std::string message
                 = "SplitCell: Split cell not correctly connected (" + std::to_string(count) + ").";
             throw BasicMorpherException(message.c_str());
         }
-    }
+    });
 }
 
 } // namespace
 
-std::vector<std::pair<EdgeIt, std::size_t>> CountEdgeUses(const FaceSet& faces)
+std::span<const EdgeUse> EdgeUses::On(EdgeIt edge) const
 {
-    std::vector<EdgeIt> edges;
-    for (const FaceIt face : faces)
-        edges.insert(edges.end(), face->m_vecEdges.begin(), face->m_vecEdges.end());
-    std::sort(edges.begin(), edges.end());
-    std::vector<std::pair<EdgeIt, std::size_t>> counts;
-    for (const EdgeIt edge : edges) {
-        if (counts.empty() || counts.back().first != edge)
-            counts.emplace_back(edge, 0);
-        ++counts.back().second;
-    }
-    return counts;
-}
-
-EdgeFaces::EdgeFaces(const Cell& cell)
-{
-    for (const FaceIt face : cell.m_vecFaces) {
-        for (const EdgeIt edge : face->m_vecEdges)
-            m_uses.emplace_back(edge, face);
-    }
-    std::sort(m_uses.begin(), m_uses.end());
-}
-
-FaceSet EdgeFaces::On(EdgeIt edge) const
-{
-    FaceSet faces;
-    auto use = std::lower_bound(m_uses.begin(), m_uses.end(), edge,
-        [](const auto& entry, EdgeIt sought) { return entry.first < sought; });
-    for (; use != m_uses.end() && use->first == edge; ++use)
-        faces.insert(use->second);
-    if (faces.empty())
+    const EdgeUse* const first = std::lower_bound(m_uses.begin(), m_uses.end(), edge,
+        [](const EdgeUse& use, EdgeIt sought) { return use.m_itEdge < sought; });
+    const EdgeUse* last = first;
+    while (last != m_uses.end() && last->m_itEdge == edge)
+        ++last;
+    if (first == last)
         throw BasicMorpherException("GetSurfaceSeparatedFaceSets: Encountered edge not in cell's "
                                     "edge to face map.");
-    return faces;
+    return { first, last };
 }
 
 bool NeedsClosing(const FaceSet& group)
@@ -110,14 +87,14 @@ bool NeedsClosing(const FaceSet& group)
 void BasicMorpher::GetSurfaceSeparatedFaceSets(CellIt cell, std::vector<FaceSet>& sets) const
 {
     sets.clear();
-    const EdgeFaces edgeFaces(*cell);
+    const EdgeUses uses(cell->m_vecFaces);
     FaceSet visited;
     for (const FaceIt start : cell->m_vecFaces) {
         if (visited.contains(start))
             continue;
-        FaceSet group = FloodBetweenSurfaceEdges(start, edgeFaces);
+        FaceSet group = FloodBetweenSurfaceEdges(start, uses);
         for (const FaceIt face : group)
-            visited.insert(face);
+            (void)visited.insert(face); // groups do not overlap
         if (NeedsClosing(group))
             sets.push_back(std::move(group));
     }
@@ -126,11 +103,11 @@ void BasicMorpher::GetSurfaceSeparatedFaceSets(CellIt cell, std::vector<FaceSet>
 void BasicMorpher::GetFaceSetRawEdges(const FaceSet& faces, EdgeSet& edges) const
 {
     edges.clear();
-    for (const auto& [edge, count] : CountEdgeUses(faces)) {
+    EdgeUses(faces).CountEach([&edges](EdgeIt edge, std::ptrdiff_t count) {
         if (count == 1) {
             if (!IsSurfaceEdge(*edge))
                 throw BasicMorpherException("GetFaceSetRawEdges: Raw edge not a surface edge.");
-            edges.insert(edge);
+            (void)edges.insert(edge); // each comes once
         } else if (count == 2) {
             if (IsSurfaceEdge(*edge))
                 throw BasicMorpherException("GetFaceSetRawEdges: Non-raw edge is a surface edge.");
@@ -139,7 +116,7 @@ void BasicMorpher::GetFaceSetRawEdges(const FaceSet& faces, EdgeSet& edges) cons
                 = "GetFaceSetRawEdges: Unexpected connectivity (" + std::to_string(count) + ")";
             throw BasicMorpherException(message.c_str());
         }
-    }
+    });
 }
 
 void BasicMorpher::SplitCell(CellIt cell)
@@ -154,7 +131,7 @@ void BasicMorpher::SplitCell(CellIt cell)
         std::vector<FaceIt> caps;
         GenerateRawEdgeFaces(rawEdges, caps);
         for (const FaceIt cap : caps)
-            set.insert(cap);
+            (void)set.insert(cap); // one that is there already shows in the count of its edges
     }
     for (const FaceSet& set : sets) {
         CheckClosed(set);

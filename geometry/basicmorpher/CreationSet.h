@@ -18,7 +18,7 @@ public:
     CreationSet(std::initializer_list<It> elements)
     {
         for (const It element : elements)
-            insert(element);
+            (void)insert(element); // a set has it once
     }
 
     [[nodiscard]] std::uint32_t size() const { return m_elements.size(); }
@@ -36,14 +36,17 @@ public:
         return std::equal(one.begin(), one.end(), other.begin(), other.end());
     }
 
-    /// Nothing happens if it is in the set already.
-    void insert(It element)
+    /// False if it is in the set already.
+    [[nodiscard]] bool insert(It element)
     {
-        const auto place = std::lower_bound(begin(), end(), element) - begin();
-        if (place != size() && m_elements[static_cast<std::size_t>(place)] == element)
-            return;
+        std::uint32_t place = size();
+        while (place > 0 && element < m_elements[place - 1])
+            --place;
+        if (place > 0 && m_elements[place - 1] == element)
+            return false;
         m_elements.push_back(element);
         std::rotate(m_elements.begin() + place, m_elements.end() - 1, m_elements.end());
+        return true;
     }
     void clear() { m_elements.clear(); }
 

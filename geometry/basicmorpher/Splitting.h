@@ -4,10 +4,10 @@
 #include "geometry/basicmorpher/CreationSet.h"
 #include "geometry/basicmorpher/Elements.h"
 
+#include <algorithm>
 #include <array>
-#include <cstddef>
-#include <utility>
-#include <vector>
+#include <compare>
+#include <span>
 
 /// What the cutting of a complex passes between its steps.
 namespace BasicMorpher {
@@ -27,20 +27,44 @@ using SplitSlots = std::array<VertIt, 6>;
     return edge.m_itVert0->m_bOnSurface && edge.m_itVert1->m_bOnSurface;
 }
 
-/// How often each edge is used by a set of faces, in the order of the edges' creation.
-[[nodiscard]] std::vector<std::pair<EdgeIt, std::size_t>> CountEdgeUses(const FaceSet& faces);
+/// One face of a set on one of its edges.
+struct EdgeUse {
+    EdgeIt m_itEdge;
+    FaceIt m_itFace;
 
-/// Which faces of a cell lie on each of its edges.
-class EdgeFaces {
+    [[nodiscard]] friend auto operator<=>(const EdgeUse& one, const EdgeUse& other) = default;
+};
+
+/// All faces of a set on all their edges: the uses of one edge follow each other, and edges and
+/// faces stand in the order of their creation.
+class EdgeUses {
 public:
-    explicit EdgeFaces(const Cell& cell);
+    template <typename Faces>
+    explicit EdgeUses(const Faces& faces)
+    {
+        for (const FaceIt face : faces) {
+            for (const EdgeIt edge : face->m_vecEdges)
+                m_uses.push_back({ edge, face });
+        }
+        std::sort(m_uses.begin(), m_uses.end());
+    }
 
-    /// In the order of the faces' creation.
-    /// Errors: `BasicMorpherException` if no face of the cell has the edge.
-    [[nodiscard]] FaceSet On(EdgeIt edge) const;
+    /// Errors: `BasicMorpherException` if no face of the cell that this was made of has the edge.
+    [[nodiscard]] std::span<const EdgeUse> On(EdgeIt edge) const;
+    /// Calls `visit(edge, count)` for each edge with the number of its uses.
+    template <typename Visit>
+    void CountEach(const Visit& visit) const
+    {
+        for (const EdgeUse* use = m_uses.begin(); use != m_uses.end();) {
+            const EdgeUse* const first = use;
+            while (use != m_uses.end() && use->m_itEdge == first->m_itEdge)
+                ++use;
+            visit(first->m_itEdge, use - first);
+        }
+    }
 
 private:
-    std::vector<std::pair<EdgeIt, FaceIt>> m_uses; ///< sorted
+    SmallArray<EdgeUse, 64> m_uses;
 };
 
 /// Whether a group of faces that surface edges bound has to be closed to a cell: a single one is
