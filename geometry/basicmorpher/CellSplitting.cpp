@@ -87,6 +87,7 @@ bool NeedsClosing(const FaceSet& group)
 void BasicMorpher::GetSurfaceSeparatedFaceSets(CellIt cell, std::vector<FaceSet>& sets) const
 {
     sets.clear();
+    sets.reserve(2); // nearly always enough
     const EdgeUses uses(cell->m_vecFaces);
     FaceSet visited;
     for (const FaceIt start : cell->m_vecFaces) {

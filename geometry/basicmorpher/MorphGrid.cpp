@@ -106,13 +106,31 @@ bool HasSplitCorner(const Face& face)
     return false;
 }
 
-/// False if there was no face to split.
-bool SplitFaces(BasicMorpher& morpher)
+/// The youngest face, if neither it nor any older one has a split corner or is new; else none.
+FaceIt LastWholeFace(const BasicMorpher& morpher)
+{
+    for (const Vert& vert : morpher.m_lstVerts) {
+        if (vert.m_bSplit)
+            return {};
+    }
+    for (const Face& face : morpher.m_lstFaces) {
+        if (face.m_bNew)
+            return {};
+    }
+    return morpher.m_lstFaces.begin();
+}
+
+bool IsYounger(FaceIt face, FaceIt lastWhole) { return lastWhole == FaceIt() || lastWhole < face; }
+
+/// Looks at the faces that are younger than the last whole one. False if there was none to split.
+bool SplitFaces(BasicMorpher& morpher, FaceIt lastWhole)
 {
     bool any = false;
     FaceIt next;
     for (FaceIt face = morpher.m_lstFaces.begin(); face != morpher.m_lstFaces.end(); face = next) {
         next = std::next(face);
+        if (!IsYounger(face, lastWhole))
+            break;
         if (!HasSplitCorner(*face))
             continue;
         SplitSlots slots {};
@@ -123,21 +141,21 @@ bool SplitFaces(BasicMorpher& morpher)
     return any;
 }
 
-bool HasNewFace(const Cell& cell)
+bool HasNewFace(const Cell& cell, FaceIt lastWhole)
 {
     for (const FaceIt face : cell.m_vecFaces) {
-        if (face->m_bNew)
+        if (IsYounger(face, lastWhole) && face->m_bNew)
             return true;
     }
     return false;
 }
 
-void SplitCells(BasicMorpher& morpher)
+void SplitCells(BasicMorpher& morpher, FaceIt lastWhole)
 {
     CellIt next;
     for (CellIt cell = morpher.m_lstCells.begin(); cell != morpher.m_lstCells.end(); cell = next) {
         next = std::next(cell);
-        if (HasNewFace(*cell))
+        if (HasNewFace(*cell, lastWhole))
             morpher.SplitCell(cell);
     }
 }
@@ -147,8 +165,11 @@ void SplitCells(BasicMorpher& morpher)
 void BasicMorpher::MorphGrid()
 {
     const std::vector<Move> moves = SnapVerts(*this);
-    if (SplitEdges(*this) && SplitFaces(*this))
-        SplitCells(*this);
+    // Splitting leaves only younger faces behind: the millions far from the surface are passed
+    // over.
+    const FaceIt lastWhole = LastWholeFace(*this);
+    if (SplitEdges(*this) && SplitFaces(*this, lastWhole))
+        SplitCells(*this, lastWhole);
     for (const Move& move : moves)
         move.m_itVert->m_vPosition = move.m_vTarget;
 }

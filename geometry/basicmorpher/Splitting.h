@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
+#include <cstdint>
 #include <span>
 
 /// What the cutting of a complex passes between its steps.
@@ -29,10 +29,26 @@ using SplitSlots = std::array<VertIt, 6>;
 
 /// One face of a set on one of its edges.
 struct EdgeUse {
+    EdgeUse(EdgeIt edge, FaceIt face)
+        : m_itEdge(edge)
+        , m_itFace(face)
+    {
+    }
+
     EdgeIt m_itEdge;
     FaceIt m_itFace;
 
-    [[nodiscard]] friend auto operator<=>(const EdgeUse& one, const EdgeUse& other) = default;
+    /// By edge, then by face.
+    [[nodiscard]] friend bool operator<(const EdgeUse& one, const EdgeUse& other)
+    {
+        return one.Key() < other.Key();
+    }
+
+private:
+    [[nodiscard]] std::uint64_t Key() const
+    {
+        return std::uint64_t { m_itEdge.Handle() } << 32 | m_itFace.Handle();
+    }
 };
 
 /// All faces of a set on all their edges: the uses of one edge follow each other, and edges and
