@@ -84,6 +84,7 @@ bool NeedsClosing(const FaceSet& group)
     return true;
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): called on a complex as all others
 void BasicMorpher::GetSurfaceSeparatedFaceSets(CellIt cell, std::vector<FaceSet>& sets) const
 {
     sets.clear();
@@ -101,6 +102,7 @@ void BasicMorpher::GetSurfaceSeparatedFaceSets(CellIt cell, std::vector<FaceSet>
     }
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): called on a complex as all others
 void BasicMorpher::GetFaceSetRawEdges(const FaceSet& faces, EdgeSet& edges) const
 {
     edges.clear();

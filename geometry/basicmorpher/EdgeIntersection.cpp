@@ -89,7 +89,7 @@ void FloodFromOutside(const BasicMorpher& morpher)
     if (morpher.m_mapVerts.empty())
         return;
     std::vector<VertIt> stack { morpher.m_mapVerts.First() };
-    stack.back()->m_bUnreached = 0;
+    stack.back()->m_bUnreached = false;
     while (!stack.empty()) {
         const VertIt vert = stack.back();
         stack.pop_back();
@@ -98,7 +98,7 @@ void FloodFromOutside(const BasicMorpher& morpher)
                 continue;
             const VertIt other = edge->OtherEnd(vert);
             if (other->m_bUnreached) {
-                other->m_bUnreached = 0;
+                other->m_bUnreached = false;
                 stack.push_back(other);
             }
         }
@@ -137,6 +137,7 @@ double BasicMorpher::IntersectEdgeTri(const Position& p, const Position& q, cons
         EdgeCrossing::GrownEdge(p, q, tolerance), EdgeCrossing::GrownTriangle(a, b, c, tolerance));
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): called on a complex as all others
 void BasicMorpher::GetIntersectingTrisForEdge(EdgeIt edge, FacetArray& facets) const
 {
     const CellIt cell = CellOfFewestFacets(*edge);

@@ -89,6 +89,7 @@ constexpr std::array<Pieces, 8> kPieces { {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): called on a complex as all others
 void BasicMorpher::CaracterizeSplitFace(FaceIt face, SplitSlots& slots) const
 {
     slots.fill(VertIt());
@@ -129,7 +130,7 @@ bool BasicMorpher::SplitCaracterizedFace(FaceIt face, const SplitSlots& slots)
     }
     ReplaceOverlappingFace(face, { faces.data(), faces.size() });
     for (const FaceIt added : faces)
-        added->m_bNew = 1;
+        added->m_bNew = true;
     ++m_counters.m_splitFaces;
     return true;
 }

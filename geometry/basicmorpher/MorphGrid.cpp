@@ -2,8 +2,9 @@
 #include "geometry/VectorMath.h"
 #include "geometry/basicmorpher/BasicMorpher.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 namespace BasicMorpher {
@@ -67,7 +68,7 @@ std::vector<Move> SnapVerts(BasicMorpher& morpher)
         if (!TakeNearCrossings(*vert, tolerance, target))
             continue;
         moves.push_back({ vert, target });
-        vert->m_bOnSurface = 1;
+        vert->m_bOnSurface = true;
         TakeFarCrossings(vert, tolerance);
     }
     morpher.m_counters.m_snappedVerts += moves.size();
@@ -84,9 +85,9 @@ bool SplitEdges(BasicMorpher& morpher)
         if (!IsCrossed(*edge))
             continue;
         Vert middle(edge->m_vIntersection);
-        middle.m_bUnreached = 1;
-        middle.m_bOnSurface = 1;
-        middle.m_bSplit = 1;
+        middle.m_bUnreached = true;
+        middle.m_bOnSurface = true;
+        middle.m_bSplit = true;
         const VertIt vert = morpher.AddVert(middle);
         const EdgeIt first = morpher.AddEdge(Edge(edge->m_itVert0, vert));
         const EdgeIt second = morpher.AddEdge(Edge(vert, edge->m_itVert1));
@@ -143,11 +144,8 @@ bool SplitFaces(BasicMorpher& morpher, FaceIt lastWhole)
 
 bool HasNewFace(const Cell& cell, FaceIt lastWhole)
 {
-    for (const FaceIt face : cell.m_vecFaces) {
-        if (IsYounger(face, lastWhole) && face->m_bNew)
-            return true;
-    }
-    return false;
+    return std::any_of(cell.m_vecFaces.begin(), cell.m_vecFaces.end(),
+        [lastWhole](FaceIt face) { return IsYounger(face, lastWhole) && face->m_bNew; });
 }
 
 void SplitCells(BasicMorpher& morpher, FaceIt lastWhole)

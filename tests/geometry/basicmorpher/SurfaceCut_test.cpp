@@ -133,6 +133,50 @@ TEST(SurfaceCut, ASnappedCornerIsPartOfTheCapAtItsNewPlace)
     EXPECT_EQ(morpher.m_counters.m_splitCells, 1U);
 }
 
+// The patches at 6 and 10 are met by OX alone, whose ends are both outside.
+TEST(SurfaceCut, AnEdgeCrossedTwiceFromOutsideGetsOneVertInTheMiddle)
+{
+    Morpher morpher;
+    Facet six = patch(0, { 6, 0, 0 }, 3);
+    Facet ten = patch(0, { 10, 0, 0 }, 2);
+    add_corner_tetrahedron(morpher, { &six, &ten });
+    Surface surface;
+    morpher.GenerateApproximateSurface(surface);
+    EXPECT_TRUE(surface.empty()); // one point makes no surface
+    EXPECT_EQ(morpher.m_lstVerts.size(), 5U);
+    EXPECT_EQ(text(morpher.m_lstVerts.begin()->m_vPosition), "(8, 0, 0)");
+    EXPECT_EQ(morpher.m_counters.m_splitEdges, 1U);
+}
+
+// X, Y and Z are inside, behind patches on OX, OY and OZ; another patch crosses XY.
+TEST(SurfaceCut, AnEdgeInsideABodyIsNotSplit)
+{
+    Morpher morpher;
+    Facet x = patch(0, { 8, 0, 0 }, 3);
+    Facet y = patch(1, { 0, 8, 0 }, 3);
+    Facet z = patch(2, { 0, 0, 8 }, 3);
+    Facet inner = patch(0, { 8, 8, 0 }, 3);
+    add_corner_tetrahedron(morpher, { &x, &y, &z, &inner });
+    Surface surface;
+    morpher.GenerateApproximateSurface(surface);
+    EXPECT_NE(edge_at(morpher, kX, kY), EdgeIt());
+    EXPECT_EQ(morpher.m_counters.m_splitEdges, 3U);
+    ASSERT_EQ(surface.size(), 1U); // the cap that cuts O off
+}
+
+// O was marked as on the surface before: then OX, which ends there, may not be split.
+TEST(SurfaceCut, AFailurePassesOutThroughTheWhole)
+{
+    Morpher morpher;
+    Facet facet = patch(0, { 8, 0, 0 }, 24);
+    add_corner_tetrahedron(morpher, { &facet });
+    morpher.FindVert(kO)->m_bOnSurface = 1;
+    Surface surface;
+    EXPECT_EQ(failure_of([&] { morpher.GenerateApproximateSurface(surface); }),
+        "CaracterizeSplitFace: Incorrect caracterization (2)!");
+    EXPECT_TRUE(surface.empty());
+}
+
 // A whole face snaps: it is the surface, and nothing is cut.
 TEST(SurfaceCut, AFaceOfSnappedCornersIsTheSurface)
 {
