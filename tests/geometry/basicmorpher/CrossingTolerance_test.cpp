@@ -25,7 +25,7 @@ constexpr Position kC { 0, 12, 0 };
 constexpr Position kP { 0, 0, 0x1p-8 };
 constexpr Position kQ { 0, 0, 4 };
 
-const char* crossing(double minEdgeLength)
+const char* crosses(double minEdgeLength)
 {
     Morpher morpher;
     morpher.m_dMinEdgeLength = minEdgeLength;
@@ -35,14 +35,14 @@ const char* crossing(double minEdgeLength)
 TEST(CrossingTolerance, IsAFractionOfTheLeastEdgeLength)
 {
     // 4 x 0.0005 = 1 / 500 and 1 x 0.0005 = 1 / 2000.
-    EXPECT_EQ(Testing::run_isolated([] { std::cout << crossing(4); }).out, "yes");
-    EXPECT_EQ(Testing::run_isolated([] { std::cout << crossing(1); }).out, "no");
+    EXPECT_EQ(Testing::run_isolated([] { std::cout << crosses(4); }).out, "yes");
+    EXPECT_EQ(Testing::run_isolated([] { std::cout << crosses(1); }).out, "no");
 }
 
 TEST(CrossingTolerance, ASecondMorpherUsesTheOneOfTheFirst)
 {
-    EXPECT_EQ(Testing::run_isolated([] { std::cout << crossing(4) << crossing(1); }).out, "yesyes");
-    EXPECT_EQ(Testing::run_isolated([] { std::cout << crossing(1) << crossing(4); }).out, "nono");
+    EXPECT_EQ(Testing::run_isolated([] { std::cout << crosses(4) << crosses(1); }).out, "yesyes");
+    EXPECT_EQ(Testing::run_isolated([] { std::cout << crosses(1) << crosses(4); }).out, "nono");
 }
 
 TEST(CrossingTolerance, AddingShorterEdgesLaterDoesNotChangeIt)
@@ -53,7 +53,7 @@ TEST(CrossingTolerance, AddingShorterEdgesLaterDoesNotChangeIt)
         morpher.AddTetrahedralCell(
             { 0, 0, 0x1p-8 }, { 0, 0, 4 }, { 4, 0, 4 }, { 0, 4, 4 }, { &facet });
         morpher.IntersectEdges(); // the edges are 4 - 1 / 256 long at least
-        std::cout << morpher.m_counters.m_edgeTests << ' ' << crossing(1);
+        std::cout << morpher.m_counters.m_edgeTests << ' ' << crosses(1);
     };
     EXPECT_EQ(Testing::run_isolated(body).out, "6 yes");
 }
@@ -66,7 +66,7 @@ TEST(CrossingTolerance, CellsWithoutFacetsDoNotFixIt)
         morpher.AddTetrahedralCell({ 0, 0, 0 }, { 1, 0, 0 }, { 0, 1, 0 }, { 0, 0, 1 }, {});
         std::list<Facet> surface;
         morpher.GenerateApproximateSurface(surface);
-        std::cout << crossing(4);
+        std::cout << crosses(4);
     };
     EXPECT_EQ(Testing::run_isolated(body).out, "yes");
 }
@@ -111,9 +111,9 @@ TEST(CrossingTolerance, AnEdgeWithAParameterThatIsNoNumberIsNotCrossed)
         const auto cell = morpher.AddCell(::BasicMorpher::Cell({ &face, 1 }));
         cell->m_vecTriangles = { &facet };
         morpher.IntersectEdges();
-        const bool none = edge->m_vIntersection[0]
-                == Tavro::kNone<
-                    double> && edge->m_vIntersection[1] == Tavro::kNone<double> && edge->m_vIntersection[2] == -Tavro::kNone<double>;
+        const Position& crossing = edge->m_vIntersection;
+        constexpr double kMost = Tavro::kNone<double>;
+        const bool none = crossing[0] == kMost && crossing[1] == kMost && crossing[2] == -kMost;
         std::cout << (none ? "none" : "crossed") << (p->m_bUnreached ? " unreached" : " reached");
     });
     EXPECT_EQ(outcome.out, "none reached");

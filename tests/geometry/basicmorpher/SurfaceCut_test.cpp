@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/geometry/Allocations.h"
 #include "tests/geometry/basicmorpher/CuttingSamples.h"
 
 #include <gtest/gtest.h>
@@ -318,6 +319,23 @@ TEST(SurfaceCut, OneInputHasOneSurface)
     const OctahedronCut one({ 0.75, -1.25, 2.5 }, 20.3);
     const OctahedronCut other({ 0.75, -1.25, 2.5 }, 20.3);
     EXPECT_EQ(texts(one.surface), texts(other.surface));
+}
+
+// 8^3 boxes have 9^3 corners and 3 x 8 x 9 x 9 + 3 x 8 x 8 x 9 + 8^3 edges with the diagonals of
+// sides and boxes; all six tetrahedra of each box have 8 facets.
+TEST(SurfaceCut, TheSearchForCrossingsTakesNoMemoryForEachEdge)
+{
+    std::vector<Facet> facets = octahedron({ 0.75, -1.25, 2.5 }, 20.3);
+    FacetArray pointers;
+    for (Facet& facet : facets)
+        pointers.push_back(&facet);
+    Morpher morpher;
+    add_grid(morpher, pointers);
+    ASSERT_EQ(morpher.m_lstEdges.size(), 4184U);
+    const std::size_t before = allocations();
+    morpher.IntersectEdges();
+    EXPECT_LT(allocations() - before, 40U);
+    EXPECT_EQ(morpher.m_counters.m_edgeTests, 4184U * 8U);
 }
 
 // A cell is closed when each edge of its faces is on two of them, and a face is on two cells or on
