@@ -10,7 +10,7 @@ namespace BasicMorpher::EdgeCrossing {
 
 using Position = Tavro::Vector<double, 3>;
 
-/// "No crossing", as told from every parameter.
+/// "No crossing", which is below every parameter.
 inline constexpr double kNoCrossing = -1.0;
 
 /// An edge from p to q, grown at both ends by its length times the tolerance.

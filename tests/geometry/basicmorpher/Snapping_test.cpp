@@ -159,7 +159,7 @@ TEST(Snapping, AYoungerVertLeavesWhatTheOlderOneSnapsTo)
     EXPECT_EQ(now_at(morpher, kX), "(12.5, 3.5, 0)");
 }
 
-// A least length that was told and not measured makes a crossing near to both ends.
+// A least length that was set and not measured makes a crossing near to both ends.
 TEST(Snapping, VertsAreWalkedFromTheYoungest)
 {
     Morpher morpher;
