@@ -9,9 +9,9 @@ using namespace Testing;
 
 constexpr unsigned int kSplitVert = kSplit | kOnSurface;
 
-// A ring is written as one letter for each corner: "c" plain, "C" on the surface, "s" split and on the
-// surface, "x" split and not. Its corners lie at (0,0,0), (1,0,0), (2,1,0), (3,3,0) and so on, so
-// that the x of its vertex names a slot.
+// A ring is written as one letter for each corner: "c" plain, "C" on the surface, "s" split and on
+// the surface, "x" split and not. Its corners lie at (0,0,0), (1,0,0), (2,1,0), (3,3,0) and so on,
+// so that the x of its vertex names a slot.
 struct RingSample {
     explicit RingSample(const std::string& ring)
     {
