@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "standins/Arguments.h"
 
-#include "standins/Numbers.h"
+#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
 
 namespace Standins {
@@ -22,11 +22,11 @@ std::string fault_of_value(const std::string& value, ArgumentKind kind)
     case ArgumentKind::FileName:
         return value.find('/') == std::string::npos ? "" : "not a plain file name";
     case ArgumentKind::Number:
-        return parse_unsigned(value) ? "" : "not an unsigned number";
+        return unsigned_of(value) ? "" : "not an unsigned number";
     case ArgumentKind::Count:
-        return parse_unsigned(value).value_or(0) > 0 ? "" : "not a number above 0";
+        return unsigned_of(value).value_or(0) > 0 ? "" : "not a number above 0";
     case ArgumentKind::Real:
-        return parse_real(value) ? "" : "not a number";
+        return real_of(value) ? "" : "not a number";
     case ArgumentKind::Switch:
         return value == "0" || value == "1" ? "" : "neither 0 nor 1";
     }
@@ -68,13 +68,12 @@ const std::string& Arguments::text(const std::string& key) const { return m_mapV
 
 unsigned int Arguments::number(const std::string& key) const
 {
-    return parse_unsigned(text(key)).value();
+    return unsigned_of(text(key)).value();
 }
 
-double Arguments::real(const std::string& key) const { return parse_real(text(key)).value(); }
+double Arguments::real(const std::string& key) const { return real_of(text(key)).value(); }
 
-std::optional<std::string> find_value(
-    const std::vector<std::string>& words, const std::string& key)
+std::optional<std::string> find_value(const std::vector<std::string>& words, const std::string& key)
 {
     for (const std::string& word : words)
         if (word.starts_with(key))

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "standins/Ending.h"
-#include "standins/Numbers.h"
+#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
 #include "standins/StartRecord.h"
 #include "standins/Step.h"
+#include "tavrobase/Exception.h"
 #include "tavrobase/FilePath.h"
 
 #include <cstdlib>
@@ -43,7 +44,7 @@ Settings settings_of(const std::string& name, const Start& start)
     if (!record.empty())
         record_start(record, start);
     if (const std::string pace = environment("VORTIK_STANDIN_PACE"); !pace.empty()) {
-        const auto milliseconds = parse_unsigned(pace);
+        const auto milliseconds = unsigned_of(pace);
         if (!milliseconds)
             throw Refusal("VORTIK_STANDIN_PACE: " + pace + ": not a number of milliseconds");
         settings.m_pace = std::chrono::milliseconds(*milliseconds);
@@ -105,8 +106,7 @@ void introduce(StepLog& log, const Program& program, const Start& start)
 int live(const Program& program, const Start& start, StepLog& log)
 {
     const Settings settings = settings_of(start.m_strProgram, start);
-    Arguments arguments(
-        start.m_vecWords, forms_of(program, start.m_strProgram, start.m_vecWords));
+    Arguments arguments(start.m_vecWords, forms_of(program, start.m_strProgram, start.m_vecWords));
     const ManagerSlot slot;
     ChildLink link(program.m_link, arguments.number("-linkid="));
     Step step(std::move(arguments), log, link, settings);
@@ -134,10 +134,12 @@ int run_program(const Program& program, const std::string& name, int argc, char*
     } catch (const FailedOnDemand&) {
         log.complain("failed on demand");
         return EXIT_SUCCESS;
+    } catch (const Tavro::Exception& failure) {
+        log.complain(name + ": " + failure.m_strErrorMessage);
     } catch (const std::exception& refusal) {
         log.complain(name + ": " + refusal.what());
-        return EXIT_FAILURE;
     }
+    return EXIT_FAILURE;
 }
 
 std::vector<ArgumentForm> standard_forms(std::vector<ArgumentForm> others)

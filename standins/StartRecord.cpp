@@ -35,8 +35,8 @@ std::string quoted(const std::string& text)
 std::string start_line(const Start& start)
 {
     std::string line = "{\"program\":" + quoted(start.m_strProgram)
-        + ",\"name\":" + quoted(start.m_strName)
-        + ",\"directory\":" + quoted(start.m_strDirectory) + ",\"arguments\":[";
+        + ",\"name\":" + quoted(start.m_strName) + ",\"directory\":" + quoted(start.m_strDirectory)
+        + ",\"arguments\":[";
     const char* between = "";
     for (const std::string& word : start.m_vecWords) {
         line += between + quoted(word);

@@ -84,8 +84,8 @@ void Step::pause(std::chrono::milliseconds time) const
     for (;;) {
         if (m_link.stop_requested())
             throw Stopped();
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-            end - std::chrono::steady_clock::now());
+        const auto left
+            = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         if (left.count() <= 0)
             return;
         const auto nap = std::min(left, kLongestDeafness);

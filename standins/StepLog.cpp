@@ -20,8 +20,7 @@ void put(std::ofstream& file, std::ostream& otherwise, const std::string& line)
 
 } // namespace
 
-void StepLog::open(
-    const std::string& out, const std::string& err, bool appendOut, bool appendErr)
+void StepLog::open(const std::string& out, const std::string& err, bool appendOut, bool appendErr)
 {
     m_out.open(out, mode(appendOut));
     m_err.open(err, mode(appendErr));

@@ -12,7 +12,7 @@ namespace Standins {
 
 /// Empty unless all of the text is a number of that type.
 template <typename Number>
-[[nodiscard]] std::optional<Number> parse_number(std::string_view text)
+[[nodiscard]] std::optional<Number> number_of(std::string_view text)
 {
     Number number {};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -21,15 +21,15 @@ template <typename Number>
     return number;
 }
 
-[[nodiscard]] inline std::optional<unsigned int> parse_unsigned(std::string_view text)
+[[nodiscard]] inline std::optional<unsigned int> unsigned_of(std::string_view text)
 {
-    return parse_number<unsigned int>(text);
+    return number_of<unsigned int>(text);
 }
 
 /// Finite numbers only.
-[[nodiscard]] inline std::optional<double> parse_real(std::string_view text)
+[[nodiscard]] inline std::optional<double> real_of(std::string_view text)
 {
-    const auto number = parse_number<double>(text);
+    const auto number = number_of<double>(text);
     return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
