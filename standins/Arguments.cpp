@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "standins/Arguments.h"
 
-#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
+#include "standins/cards/Numbers.h"
 
 namespace Standins {
 
@@ -22,11 +22,11 @@ std::string fault_of_value(const std::string& value, ArgumentKind kind)
     case ArgumentKind::FileName:
         return value.find('/') == std::string::npos ? "" : "not a plain file name";
     case ArgumentKind::Number:
-        return unsigned_of(value) ? "" : "not an unsigned number";
+        return Numbers::unsigned_of(value) ? "" : "not an unsigned number";
     case ArgumentKind::Count:
-        return unsigned_of(value).value_or(0) > 0 ? "" : "not a number above 0";
+        return Numbers::unsigned_of(value).value_or(0) > 0 ? "" : "not a number above 0";
     case ArgumentKind::Real:
-        return real_of(value) ? "" : "not a number";
+        return Numbers::general_of(value) ? "" : "not a number of six significant digits";
     case ArgumentKind::Switch:
         return value == "0" || value == "1" ? "" : "neither 0 nor 1";
     }
@@ -68,10 +68,13 @@ const std::string& Arguments::text(const std::string& key) const { return m_mapV
 
 unsigned int Arguments::number(const std::string& key) const
 {
-    return unsigned_of(text(key)).value();
+    return Numbers::unsigned_of(text(key)).value();
 }
 
-double Arguments::real(const std::string& key) const { return real_of(text(key)).value(); }
+double Arguments::real(const std::string& key) const
+{
+    return Numbers::general_of(text(key)).value();
+}
 
 std::optional<std::string> find_value(const std::vector<std::string>& words, const std::string& key)
 {

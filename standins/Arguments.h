@@ -16,7 +16,7 @@ enum class ArgumentKind {
     FileName, ///< a name without a directory
     Number, ///< unsigned decimal
     Count, ///< unsigned decimal above 0
-    Real, ///< finite number
+    Real, ///< finite number of six significant digits, as cards have it
     Switch, ///< "0" or "1"
 };
 

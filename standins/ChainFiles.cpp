@@ -2,9 +2,9 @@
 #include "standins/ChainFiles.h"
 
 #include "standins/KeyedFile.h"
-#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
 #include "standins/cards/Malformed.h"
+#include "standins/cards/Numbers.h"
 
 namespace Standins {
 
@@ -18,7 +18,7 @@ void write_chain_file(
 ChainValue read_chain_file(const std::string& path, const ChainFile& form)
 {
     const auto values = read_keyed_file(path, form.m_szTitle, { "grid", form.m_szKey });
-    const auto mark = unsigned_of(values[0]);
+    const auto mark = Numbers::unsigned_of(values[0]);
     if (!mark)
         throw Malformed::at_line(path, 2, "\"" + values[0] + "\"", "the mark of a grid");
     return { *mark, values[1] };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "standins/Faults.h"
 
-#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
+#include "standins/cards/Numbers.h"
 #include "tavrobase/FilePath.h"
 
 #include <algorithm>
@@ -45,7 +45,7 @@ FaultWish parse_wish(const std::string& text)
     if (std::find(kPrograms.begin(), kPrograms.end(), wish.m_strProgram) == kPrograms.end())
         refuse(text, "no such program");
     if (at != std::string::npos) {
-        wish.m_uintStart = unsigned_of(who.substr(at + 1)).value_or(0);
+        wish.m_uintStart = Numbers::unsigned_of(who.substr(at + 1)).value_or(0);
         if (wish.m_uintStart == 0)
             refuse(text, "starts are counted from 1");
     }

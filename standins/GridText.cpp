@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "standins/GridText.h"
 
-#include "standins/PlainNumbers.h"
 #include "standins/cards/GridFile.h"
 #include "standins/cards/Malformed.h"
+#include "standins/cards/Numbers.h"
 #include "tavrobase/FilePath.h"
 
 #include <cstddef>
@@ -13,12 +13,12 @@ namespace Standins {
 
 namespace {
 
-template <typename Numbers>
-std::string row(const Numbers& numbers)
+template <typename Values>
+std::string row(const Values& values)
 {
     std::string text;
-    for (const double number : numbers)
-        text += " " + real_text(number);
+    for (const double value : values)
+        text += " " + Numbers::shortest_text(value);
     return text;
 }
 
@@ -70,7 +70,7 @@ public:
 
     double real(const std::string& word) const
     {
-        const auto number = real_of(word);
+        const auto number = Numbers::finite_of(word);
         if (!number)
             fail(word, "a number");
         return *number;
@@ -78,7 +78,7 @@ public:
 
     std::uint32_t count(const std::string& word, std::uint32_t highest = 0xFFFFFFFF) const
     {
-        const auto number = unsigned_of(word);
+        const auto number = Numbers::unsigned_of(word);
         if (!number || *number > highest)
             fail(word, "a count of at most " + std::to_string(highest));
         return *number;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "standins/Ending.h"
-#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
 #include "standins/StartRecord.h"
 #include "standins/Step.h"
+#include "standins/cards/Numbers.h"
 #include "tavrobase/Exception.h"
 #include "tavrobase/FilePath.h"
 
@@ -44,7 +44,7 @@ Settings settings_of(const std::string& name, const Start& start)
     if (!record.empty())
         record_start(record, start);
     if (const std::string pace = environment("VORTIK_STANDIN_PACE"); !pace.empty()) {
-        const auto milliseconds = unsigned_of(pace);
+        const auto milliseconds = Numbers::unsigned_of(pace);
         if (!milliseconds)
             throw Refusal("VORTIK_STANDIN_PACE: " + pace + ": not a number of milliseconds");
         settings.m_pace = std::chrono::milliseconds(*milliseconds);

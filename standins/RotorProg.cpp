@@ -3,9 +3,9 @@
 #include "standins/ChainFiles.h"
 #include "standins/GridText.h"
 #include "standins/Output.h"
-#include "standins/PlainNumbers.h"
 #include "standins/Refusal.h"
 #include "standins/Step.h"
+#include "standins/cards/Numbers.h"
 #include "standins/cards/RotorCard.h"
 
 #include <fstream>
@@ -25,9 +25,9 @@ std::string geometry_text(const RotorCard& card)
 {
     std::string text = "# stand-in rotor geometry\n";
     for (const Rotor& rotor : card.m_vecRotors) {
-        text += real_text(rotor.m_dRadius);
+        text += Numbers::shortest_text(rotor.m_dRadius);
         for (const double coordinate : rotor.m_adCenter)
-            text += " " + real_text(coordinate);
+            text += " " + Numbers::shortest_text(coordinate);
         text += " " + rotor.m_strName + "\n";
     }
     return text;

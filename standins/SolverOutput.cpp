@@ -3,7 +3,7 @@
 
 #include "standins/MarkedRestart.h"
 #include "standins/Output.h"
-#include "standins/PlainNumbers.h"
+#include "standins/cards/Numbers.h"
 
 #include <utility>
 #include <vector>
@@ -19,8 +19,9 @@ bool on_period(std::uint32_t step, std::uint32_t period)
 
 std::string line(const SolvedStep& step)
 {
-    return std::to_string(step.m_uintStep) + " " + real_text(step.m_dTime) + " "
-        + real_text(step.m_dTotalMassResidual) + " " + real_text(step.m_dMaxMassResidual) + "\n";
+    return std::to_string(step.m_uintStep) + " " + Numbers::shortest_text(step.m_dTime) + " "
+        + Numbers::shortest_text(step.m_dTotalMassResidual) + " "
+        + Numbers::shortest_text(step.m_dMaxMassResidual) + "\n";
 }
 
 std::string content(const std::string& what, const SolvedStep& step)
