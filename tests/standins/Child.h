@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "links/GeneralConLink.h"
+#include "links/SolverConLink.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace Testing {
+
+using Words = std::vector<std::string>;
+
+/// How a program ended.
+struct Ending {
+    int status = -1; ///< exit status; -1 if a signal ended it
+    int signal = 0;
+    bool success = false; ///< told on the link
+};
+
+/// One of the stand-ins under way, with a link of its own. Killed at the latest at the end of the
+/// object's life.
+class Child {
+public:
+    /// Puts "-linkid=" before the words and starts the program in the directory.
+    Child(const std::string& program, const std::string& directory, Words words);
+    ~Child();
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+    Child(Child&&) = delete;
+    Child& operator=(Child&&) = delete;
+
+    void stop();
+    void kill() const;
+    [[nodiscard]] bool runs();
+    /// Waits for the end without limit.
+    Ending end();
+
+    [[nodiscard]] double progress() const; ///< not of a solver
+    [[nodiscard]] const Tavro::SolverConLink& solver() const { return *m_solver; }
+
+private:
+    [[nodiscard]] bool success() const;
+
+    bool m_bGridGenerator;
+    std::unique_ptr<Tavro::GeneralConLink> m_general;
+    std::unique_ptr<Tavro::SolverConLink> m_solver;
+    pid_t m_pid = -1;
+    bool m_bEnded = false;
+    int m_nStatus = 0;
+};
+
+} // namespace Testing
