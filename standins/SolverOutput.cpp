@@ -41,7 +41,7 @@ std::vector<std::string> residual_files(const SolverCard& card)
 
 std::string step_tag(std::uint32_t step)
 {
-    // The sixth digit of the sum is what the fifth of the tag carries into; it is cut off.
+    // As the archive names its copies: from step 100000 on the tags begin anew.
     return std::to_string(std::uint64_t { 100000 } + step).substr(1);
 }
 

@@ -56,14 +56,15 @@ Words making_and(const Words& words)
 
 TEST(StandinArguments, KnownOnesGiveTheirValuesInAnyOrder)
 {
-    const Arguments arguments({ "--flag", "-n=12", "-t=a b", "-r=-2.5" },
-        { { "-t=", Kind::Text }, { "-n=", Kind::Number }, { "-r=", Kind::Real }, { "--flag" },
-            { "-o=", Kind::Text, false } });
+    const Arguments arguments({ "--flag", "-n=12", "-t=a b", "-r=-2.5", "-z=-0" },
+        { { "-t=", Kind::Text }, { "-n=", Kind::Number }, { "-r=", Kind::Real },
+            { "-z=", Kind::Real }, { "--flag" }, { "-o=", Kind::Text, false } });
     EXPECT_TRUE(arguments.has("--flag"));
     EXPECT_FALSE(arguments.has("-o="));
     EXPECT_EQ(arguments.number("-n="), 12U);
     EXPECT_EQ(arguments.text("-t="), "a b");
     EXPECT_EQ(arguments.real("-r="), -2.5);
+    EXPECT_EQ(arguments.real("-z="), 0.0); // the negated corner of a domain that begins at 0
 }
 
 TEST(StandinArguments, UnknownOnesAreNamed)
