@@ -34,7 +34,7 @@ public:
     /// Errors: `Refusal`, with the argument in its text.
     Arguments(const std::vector<std::string>& words, const std::vector<ArgumentForm>& forms);
 
-    [[nodiscard]] bool has(const std::string& key) const { return m_mapValues.count(key) != 0; }
+    [[nodiscard]] bool has(const std::string& key) const { return m_mapValues.contains(key); }
     [[nodiscard]] const std::string& text(const std::string& key) const;
     [[nodiscard]] unsigned int number(const std::string& key) const;
     [[nodiscard]] double real(const std::string& key) const;
