@@ -58,7 +58,7 @@ void record_start(const std::string& file, const Start& start)
 
 unsigned int recorded_starts(const std::string& file, const std::string& program)
 {
-    const std::string head = "{\"program\":\"" + program;
+    const std::string head = R"({"program":")" + program;
     std::ifstream record(file, std::ios::binary);
     unsigned int count = 0;
     for (std::string line; std::getline(record, line);)

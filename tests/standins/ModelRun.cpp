@@ -226,7 +226,7 @@ std::string ModelRun::make_grid() const
 std::string ModelRun::prepare() const
 {
     write_cards();
-    if (const std::string fault = make_grid(); !fault.empty())
+    if (std::string fault = make_grid(); !fault.empty())
         return fault;
     const std::vector<std::pair<std::string, Words>> steps {
         { "Vortik_Extractor", extractor_words() },
@@ -251,7 +251,7 @@ std::string ModelRun::adapt(std::uint32_t step)
     std::string error;
     if (!create_adaptive_input(m_input, error))
         return error;
-    if (const std::string fault = make_grid(); !fault.empty())
+    if (std::string fault = make_grid(); !fault.empty())
         return fault;
     write_bnd_cnd(m_input);
     if (!run("Vortik_Extractor", extractor_words()).success)
