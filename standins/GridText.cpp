@@ -47,7 +47,7 @@ std::string body_text(const Grid& grid)
         + triangles_text("wetted", grid.m_vecWetted);
 }
 
-// The lines behind the first one, each told by its number in the file.
+// The lines behind the first one, each known by its number in the file.
 class GridLines {
 public:
     GridLines(std::string path, const std::string& text)

@@ -57,7 +57,7 @@ Settings settings_of(const std::string& name, const Start& start)
     return settings;
 }
 
-// Where the logs lie is found before the arguments are looked at, so that a refused one is told
+// Where the logs lie is found before the arguments are looked at, so that a refused one is named
 // there.
 void open_log(StepLog& log, const std::string& name, const std::vector<std::string>& words)
 {

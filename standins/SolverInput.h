@@ -11,7 +11,7 @@
 
 namespace Standins {
 
-/// All that a solver is told, after everything has been read and found to fit together.
+/// All that a solver is given, after everything has been read and found to fit together.
 struct SolverInput {
     SolverCard m_card;
     TimeSchedule m_schedule;

@@ -58,13 +58,13 @@ private:
 struct Program {
     std::string m_strPurpose; ///< what the real one does, for the log
     LinkKind m_link = LinkKind::General;
-    /// What it may be told; the words decide where a program has modes.
+    /// The arguments that it knows; the words decide where a program has modes.
     std::function<std::vector<ArgumentForm>(const std::vector<std::string>& words)> m_forms;
     std::function<void(Step&)> m_work;
 };
 
 /// The life of a program of that name, from its start to its exit status. A name that ends in
-/// "-omp" is of a threaded variant, which must be told its number of threads.
+/// "-omp" is of a threaded variant, which must be given its number of threads.
 int run_program(const Program& program, const std::string& name, int argc, char** argv);
 
 /// The arguments that all programs but the grid generator have, the number of threads excepted.

@@ -7,7 +7,7 @@
 namespace Standins {
 
 /// The two logs of a program. Until they are opened, and if they cannot be, the lines go to the
-/// standard streams. Each line is handed to the system at once, so that a killed program has told
+/// standard streams. Each line is handed to the system at once, so that a killed program has said
 /// all it had to say.
 class StepLog {
 public:

@@ -238,7 +238,7 @@ TEST_F(StandinCycle, AdapterWantsTheRestartOfItsStep)
             + ": of step 10, and the card says 11\n");
 }
 
-TEST_F(StandinCycle, KeptSolutionWithoutItsGridIsToldAndNoFailure)
+TEST_F(StandinCycle, KeptSolutionWithoutItsGridIsAWarningAndNoFailure)
 {
     ASSERT_EQ(model.adapt(10), "");
     std::remove(model.path("Grid_Output/Grid_History/hover_00015.Grd").c_str());

@@ -83,7 +83,7 @@ Words with(Words words, const std::string& word)
 }
 
 // Refused before there is a log: the program's own error stream.
-std::string told(const std::string& program, const Words& words)
+std::string complaint_of(const std::string& program, const Words& words)
 {
     std::string error;
     std::string out;
@@ -132,7 +132,7 @@ TEST_F(StandinRefusal, DirectoriesMustBeThere)
 
 TEST_F(StandinRefusal, LinkMustBeThere)
 {
-    EXPECT_EQ(told("Vortik_PreCalc", with(model.standard_words(), "-linkid=99")), "");
+    EXPECT_EQ(complaint_of("Vortik_PreCalc", with(model.standard_words(), "-linkid=99")), "");
     EXPECT_EQ(model.complaint("Vortik_PreCalc"), "Vortik_PreCalc: link 99: Unallocated link ID\n");
     EXPECT_EQ(refusal("Vortik_PreCalc", with(model.standard_words(), "-linkid=99")),
         "Vortik_PreCalc: argument -linkid= is given twice\n");
@@ -258,8 +258,8 @@ TEST_F(StandinRefusal, AdapterWantsItsFilesWhole)
 
 TEST_F(StandinRefusal, ProgramThatKnowsNoLogTellsTheErrorStream)
 {
-    EXPECT_EQ(told("Vortik_Solver", {}), "Vortik_Solver: argument -linkid= is missing\n");
-    EXPECT_EQ(told("TreeGen", { "-3D" }), "TreeGen: argument -d is missing\n");
+    EXPECT_EQ(complaint_of("Vortik_Solver", {}), "Vortik_Solver: argument -linkid= is missing\n");
+    EXPECT_EQ(complaint_of("TreeGen", { "-3D" }), "TreeGen: argument -d is missing\n");
 }
 
 } // namespace
