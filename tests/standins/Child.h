@@ -18,7 +18,7 @@ using Words = std::vector<std::string>;
 struct Ending {
     int status = -1; ///< exit status; -1 if a signal ended it
     int signal = 0;
-    bool success = false; ///< told on the link
+    bool success = false; ///< set on the link
 };
 
 /// One of the stand-ins under way, with a link of its own. Killed at the latest at the end of the
