@@ -239,13 +239,19 @@ std::string ModelRun::prepare() const
     return "";
 }
 
-std::string ModelRun::adapt(std::uint32_t step)
+void ModelRun::write_first_adapter_files(std::uint32_t step) const
 {
+    // A copy that fails is found out by the adapter.
     g_info.m_uintLastAdaptStep = step;
     (void)Tavro::copyFile(path("Restarts/hover.Rst"), path("Restarts/hover.old.Rst"));
     (void)Tavro::copyFile(path("Solver_Input/ParmFlw.h"), path("Solver_Input/ParmFlw.old.h"));
     (void)Tavro::copyFile(path("Grid_Output/GeomBC.dat"), path("Grid_Output/GeomBC.old.dat"));
     write_adaptive(m_input, 1);
+}
+
+std::string ModelRun::adapt(std::uint32_t step)
+{
+    write_first_adapter_files(step);
     if (!run("Vortik_Adapter", standard_words()).success)
         return complaint("Vortik_Adapter");
     std::string error;

@@ -46,6 +46,8 @@ public:
     [[nodiscard]] std::string prepare() const;
     /// From the octree stage to the body's grid.
     [[nodiscard]] std::string make_grid() const;
+    /// What the controller leaves for the adapter before the first stage.
+    void write_first_adapter_files(std::uint32_t step) const;
     /// One adaptation at a step, up to the rotors on the new grid.
     [[nodiscard]] std::string adapt(std::uint32_t step);
     Ending solve() const;

@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "case/AdaptiveInput.h"
-#include "state/ControllerState.h"
-#include "tavrobase/FileUtilities.h"
 #include "tavrobase/ProcessExecution.h"
 #include "tests/standins/ModelRun.h"
 #include "tests/standins/StandinTest.h"
@@ -243,13 +240,7 @@ TEST_F(StandinRefusal, SolverWantsTheRestartThatItsCardNames)
 TEST_F(StandinRefusal, AdapterWantsItsFilesWhole)
 {
     ASSERT_TRUE(model.solve().success);
-    g_info.m_uintLastAdaptStep = 20;
-    write_adaptive(model.m_input, 1);
-    (void)Tavro::copyFile(model.path("Restarts/hover.Rst"), model.path("Restarts/hover.old.Rst"));
-    (void)Tavro::copyFile(
-        model.path("Solver_Input/ParmFlw.h"), model.path("Solver_Input/ParmFlw.old.h"));
-    (void)Tavro::copyFile(
-        model.path("Grid_Output/GeomBC.dat"), model.path("Grid_Output/GeomBC.old.dat"));
+    model.write_first_adapter_files(20);
     for (const char* file : { "Solver_Input/hover.AdptrMain", "Solver_Input/AdaptBoxes.dat",
              "Solver_Input/ParmFlw.old.h", "Grid_Output/GeomBC.old.dat",
              "Grid_Output/VRK.grid.dat" })

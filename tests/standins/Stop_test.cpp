@@ -74,6 +74,17 @@ TEST_F(StandinStop, SolverEndsWithoutSuccess)
     EXPECT_FALSE(file_exists(model.path("Restarts/hover.Rst")));
 }
 
+TEST_F(StandinStop, AdapterEndsWithoutSuccess)
+{
+    {
+        const EnvironmentScope quick("VORTIK_STANDIN_PACE", "0");
+        ASSERT_TRUE(model.solve().success) << model.complaint("Vortik_Solver");
+    }
+    model.write_first_adapter_files(20);
+    expect_stops("Vortik_Adapter", model.standard_words());
+    EXPECT_FALSE(file_exists(model.path("Solver_Input/Label.dat")));
+}
+
 TEST_F(StandinStop, StopBeforeTheWorkIsHeardToo)
 {
     Child child("Vortik_PreCalc", model.path(""), model.standard_words());
