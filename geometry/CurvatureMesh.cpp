@@ -148,4 +148,12 @@ void CurvatureMesh::SetEdgeCurvature(CurvatureEdge* edge)
         edge->m_dCurvature = GetAngleBetweenAdjacentTriangles(triangles[0], triangles[1], edge);
 }
 
+void CurvatureMesh::CalculateEdgeCurvature()
+{
+    MarkSurface();
+    // No edge looks at another one's curvature: any order gives the same.
+    for (MeshEdge* edge : Edges())
+        SetEdgeCurvature(static_cast<CurvatureEdge*>(edge));
+}
+
 } // namespace Tavro

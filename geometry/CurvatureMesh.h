@@ -53,6 +53,8 @@ public:
     /// Sets the curvature from the triangles on the edge and their wetted sides; an edge without
     /// triangles keeps what it has. The edge must be one of a mesh with wetted triangles.
     static void SetEdgeCurvature(CurvatureEdge* edge);
+    /// Marks the surface and sets the curvature of all edges.
+    void CalculateEdgeCurvature();
 
 private:
     Arena<CurvatureEdge> m_arenaEdges;

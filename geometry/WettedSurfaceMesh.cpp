@@ -24,4 +24,16 @@ MeshTriangle* WettedSurfaceMesh::AddTriangle(
     return TriangleMesh::AddTriangle(a, b, c);
 }
 
+std::span<WettedTriangle* const> WettedSurfaceMesh::WettedTrianglesInMapOrder() const
+{
+    // Triangles are never removed, so their number tells whether the order is still whole.
+    if (m_vecInMapOrder.size() != Triangles().size()) {
+        m_vecInMapOrder.clear();
+        m_vecInMapOrder.reserve(Triangles().size());
+        for (MeshTriangle* triangle : TrianglesInMapOrder())
+            m_vecInMapOrder.push_back(static_cast<WettedTriangle*>(triangle));
+    }
+    return m_vecInMapOrder;
+}
+
 } // namespace Tavro

@@ -91,10 +91,45 @@ public:
     MeshTriangle* AddTriangle(
         const Vector<double, 3>& a, const Vector<double, 3>& b, const Vector<double, 3>& c);
 
+    /// Decides for both sides of each triangle whether outside air reaches it, surface by surface
+    /// from the far end of x inward. Nothing to do if no triangle was added since the last time.
+    void MarkSurface();
+    /// Marks, and gives each triangle without a wind direction one: outward where it separates air
+    /// from what is dry, else that of its neighbours as far as edges of two triangles lead. Wind
+    /// directions that are set stay, also over a new marking.
+    void SetConsistentWindDirections();
+
+    // The steps of these two, each for itself.
+
+    /// Makes all sides unmarked and takes all surface numbers away; wind directions stay.
+    void InitializeTriangles();
+    /// Numbers the triangles without a surface by what edges connect, from 0 in map order. How many
+    /// surfaces got a number.
+    unsigned int IdentifyConnectedSurfaces();
+    /// Wets all that air reaches from the outer side of a triangle, around edges and over rims.
+    /// The outer side is the one that faces growing x.
+    static void TraverseConnectedSurface(WettedTriangle* start);
+    /// Of the triangles whose positive side is unmarked, the one that faces outward most at the
+    /// vertex of greatest x. Null if there is none, or none whose directions are numbers.
+    [[nodiscard]] WettedTriangle* GetUnmarkedOuterTriangle() const;
+    /// The triangle met first when one turns about an edge of the triangle, away from it on its
+    /// positive or negative side; the triangle itself at a free edge. Null if, of several, none has
+    /// a normal.
+    [[nodiscard]] static WettedTriangle* GetAdjacentTriangleOnSide(
+        const WettedTriangle* triangle, bool positive, const MeshEdge* edge);
+    /// Whether the triangles that separate enclose the position: a ray towards growing x meets an
+    /// odd number of them.
+    [[nodiscard]] bool IsVertexInternal(const Vector<double, 3>& position) const;
+
+    /// In lexicographic order of their vertices. Valid until the next triangle is added, and sorted
+    /// only once until then.
+    [[nodiscard]] std::span<WettedTriangle* const> WettedTrianglesInMapOrder() const;
+
     bool m_bSurfaceMarked = false;
 
 private:
     Arena<WettedTriangle> m_arenaTriangles;
+    mutable std::vector<WettedTriangle*> m_vecInMapOrder; ///< too short if triangles were added
 };
 
 #pragma GCC diagnostic pop
