@@ -39,7 +39,7 @@ struct GridData {
     std::vector<RefBoxData> m_vecRefBoxesB;
     std::vector<RefBoxData> m_vecRefBoxesC;
     Flag m_bApproxWettedSurface {}; ///< feed the grid generator an approximate wetted surface
-    std::uint32_t m_uintWettedSurfaceArg {}; ///< how that surface is made
+    std::uint32_t m_uintWettedSurfaceArg {}; ///< octree level at which that surface is made
     std::uint8_t m_ucLevelMin {}; ///< refinement levels of its triangles
     std::uint8_t m_ucLevelMax {};
     Flag m_bHybrid {}; ///< hybrid grid; the viscous input is written

@@ -3,9 +3,12 @@
 
 #include "case/Card.h"
 #include "case/GridGenStream.h"
+#include "geometry/SurfaceOutput.h"
+#include "geometry/TriangleCloud.h"
 #include "state/ControllerState.h"
 
-#include <iostream>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -19,6 +22,13 @@ using VRK::GridGen::Output;
 constexpr std::uint32_t kOfBody = 0;
 constexpr std::uint32_t kWetted = 1;
 constexpr std::uint32_t kNoIdentifier = 0;
+
+/// In the working directory; the grid generator reads it beside its own input.
+constexpr const char* kSurfaceFile = "approx_surface.p3d";
+/// Unstructured, text, a zone for each surface. The lower bit means nothing to the writer.
+constexpr unsigned int kSurfaceForm = 0x80000002;
+
+using Surface = Tavro::RefPtr<Tavro::FacetSurface<double, 3>>;
 
 void format_domain(Output& file, const GridData& grid)
 {
@@ -50,6 +60,50 @@ void format_wetted(Output& file, std::span<const VRK::WettedTriangle> wetted)
             kWetted, Flag(false));
 }
 
+void write_surface(const Surface& surface)
+{
+    Tavro::Matrix44<double> identity {};
+    for (const std::size_t i : { 0U, 5U, 10U, 15U })
+        identity[i] = Tavro::Matrix44<double>::s_1;
+    std::string error;
+    // As with every card: a file that cannot be written stays missing, and its step program says
+    // so.
+    (void)Tavro::OutputToFile_P3D<double>(
+        Tavro::FilePath(kSurfaceFile), kSurfaceForm, { { surface, identity } }, error);
+}
+
+std::vector<VRK::WettedTriangle> triangles_of(
+    const Surface& surface, std::span<const std::uint32_t> levels)
+{
+    std::vector<VRK::WettedTriangle> triangles(levels.size());
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        triangles[i].m_uintLevel = levels[i];
+        const auto vertices = surface->FacetVertices(i);
+        for (std::size_t k = 0; k < 3; ++k)
+            triangles[i].m_facet[k] = surface->m_vecVertices[vertices[k]];
+    }
+    return triangles;
+}
+
+/// The approximate wetted surface of all bodies, which is also written to its file.
+std::vector<VRK::WettedTriangle> make_wetted_surface(const VRK::ControllerInput& input)
+{
+    Tavro::TriangleCloud cloud;
+    for (const BodyData& body : input.m_vecBodies) {
+        for (const auto& facet : body.m_vecFacets)
+            (void)cloud.AddTriangle(facet[0], facet[1], facet[2]); // degenerate ones drop out
+    }
+    const GridData& grid = input.m_grid;
+    unsigned char normals = 0;
+    unsigned char curvature = 0;
+    const Surface surface = cloud.GenerateApproximateWettedSurface(
+        grid.m_uintWettedSurfaceArg, normals, true, curvature);
+    write_surface(surface);
+    return triangles_of(surface,
+        VRK::wetted_levels(
+            surface->m_vecFacetDoubleData[curvature], grid.m_ucLevelMin, grid.m_ucLevelMax));
+}
+
 } // namespace
 
 void format_grid_gen_input(std::ostream& stream, const VRK::ControllerInput& input,
@@ -76,15 +130,12 @@ void format_grid_gen_input(std::ostream& stream, const VRK::ControllerInput& inp
 
 void write_grid_gen_input(const VRK::ControllerInput& input)
 {
-    if (input.m_grid.m_bApproxWettedSurface) {
-        std::cerr << "ERROR: " << g_info.m_fpTreeGenFile.Get()
-                  << " is not written: an approximate wetted surface is not supported by this "
-                     "version"
-                  << std::endl;
-        return;
-    }
+    // The surface comes first: if it cannot be made, an earlier file is not lost.
+    std::vector<VRK::WettedTriangle> wetted;
+    if (input.m_grid.m_bApproxWettedSurface)
+        wetted = make_wetted_surface(input);
     auto file = VRK::Card::file(g_info.m_fpTreeGenFile.Get());
-    format_grid_gen_input(file, input, {});
+    format_grid_gen_input(file, input, wetted);
 }
 
 void write_visc_inp(const VRK::ControllerInput& input)

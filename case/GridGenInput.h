@@ -13,11 +13,12 @@ void format_grid_gen_input(std::ostream& stream, const VRK::ControllerInput& inp
     std::span<const VRK::WettedTriangle> wetted);
 
 /// Writes that input to the grid generator's file of the run, replacing what was there. Reports
-/// nothing of the file.
+/// nothing of the file. If the case asks for an approximate wetted surface of its bodies, makes it
+/// and writes it to "approx_surface.p3d" in the working directory; a triangle is refined the deeper
+/// the sharper the surface turns at its edges.
 ///
-/// Errors: a case that asks for an approximate wetted surface cannot be written by this version.
-/// A line on the error stream says so, and the file stays as it is: a grid made from the bodies
-/// alone would look right and be another one than asked for.
+/// Errors: `BasicMorpher::BasicMorpherException` if that surface cannot be made; both files are
+/// then as they were.
 void write_grid_gen_input(const VRK::ControllerInput& input);
 
 /// Writes the viscous input as the case has it to the path that the case names. Reports nothing.
