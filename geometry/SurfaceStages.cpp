@@ -93,6 +93,29 @@ void AddLeafCells(BasicMorpher::BasicMorpher& cells, BasicOctree::BasicOctree& r
     }
 }
 
+SkinFacets CutSkin(std::span<Facet<double, 3, 3>* const> facets, const BoundingBox<double, 3>& box,
+    unsigned int level)
+{
+    SkinFacets skin;
+    if (facets.empty())
+        return skin; // there is no size for a cell either
+    BasicMorpher::BasicMorpher cells;
+    {
+        BasicOctree::BasicOctree root;
+        root.m_Box = RootCube(box);
+        RefineAround(root, facets, level);
+        AddLeafCells(cells, root);
+    }
+    cells.GenerateApproximateSurface(skin);
+    return skin;
+}
+
+void AddSkin(CurvatureMesh& mesh, const SkinFacets& skin)
+{
+    for (const Facet<double, 3, 3>& facet : skin.InOrder())
+        (void)mesh.AddTriangle(facet[0], facet[1], facet[2]); // degenerate ones drop out
+}
+
 std::vector<const WettedTriangle*> WettedSkin(const WettedSurfaceMesh& mesh)
 {
     std::vector<const WettedTriangle*> skin;

@@ -41,6 +41,15 @@ void RefineAround(BasicOctree::BasicOctree& root, std::span<Facet<double, 3, 3>*
 /// Adds a cell for each leaf, empty ones too, in the order of the leaves.
 void AddLeafCells(BasicMorpher::BasicMorpher& cells, BasicOctree::BasicOctree& root);
 
+/// The outer skin of cells of that level, cut along the facets that lie in the box; empty without
+/// facets. Octree and cells are gone when it returns.
+/// Errors: `BasicMorpher::BasicMorpherException` if the cells cannot be cut.
+[[nodiscard]] SkinFacets CutSkin(std::span<Facet<double, 3, 3>* const> facets,
+    const BoundingBox<double, 3>& box, unsigned int level);
+
+/// Adds the facets, in their order.
+void AddSkin(CurvatureMesh& mesh, const SkinFacets& skin);
+
 /// What the wetted surface is made of: in map order, those with both sides marked of which at
 /// least one is wetted.
 [[nodiscard]] std::vector<const WettedTriangle*> WettedSkin(const WettedSurfaceMesh& mesh);

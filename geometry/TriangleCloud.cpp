@@ -6,7 +6,6 @@
 #include "geometry/WettedSides.h"
 
 #include <array>
-#include <memory>
 
 namespace Tavro {
 
@@ -28,22 +27,6 @@ Vector<double, 3> outward_normal(const WettedTriangle& triangle)
     if (triangle.GetWindDirection() == WindDirection::Stored)
         return stored;
     return { -stored[0], -stored[1], -stored[2] };
-}
-
-/// Cuts cells around the facets. All but the skin is gone when it returns.
-SkinFacets skin_of(std::span<Facet<double, 3, 3>* const> facets, const BoundingBox<double, 3>& box,
-    unsigned int level)
-{
-    SkinFacets skin;
-    BasicMorpher::BasicMorpher cells;
-    {
-        BasicOctree::BasicOctree root;
-        root.m_Box = RootCube(box);
-        RefineAround(root, facets, level);
-        AddLeafCells(cells, root);
-    }
-    cells.GenerateApproximateSurface(skin);
-    return skin;
 }
 
 } // namespace
@@ -92,11 +75,7 @@ RefPtr<FacetSurface<double, 3>> TriangleCloud::GenerateApproximateWettedSurface(
     unsigned char& normalChannel, bool withCurvature, unsigned char& curvatureChannel) const
 {
     CurvatureMesh mesh;
-    if (!m_vecFacets.empty()) { // without facets there is no size of a cell either
-        const SkinFacets skin = skin_of(m_vecFacets, m_Box, level);
-        for (const Facet<double, 3, 3>& facet : skin.InOrder())
-            (void)mesh.AddTriangle(facet[0], facet[1], facet[2]); // degenerate ones drop out
-    }
+    AddSkin(mesh, CutSkin(m_vecFacets, m_Box, level));
     mesh.SetConsistentWindDirections();
     if (withCurvature)
         mesh.CalculateEdgeCurvature();
