@@ -133,19 +133,6 @@ TEST_F(GridGenFile, WithoutAWettedSurfaceNoPlotFileIsWritten)
     EXPECT_EQ(Testing::names_in(m_directory.path()), (std::vector<std::string> { "case.treegen" }));
 }
 
-TEST_F(GridGenFile, CaseWithAWettedSurfaceIsRefusedInWordsAndTheFileStays)
-{
-    Testing::write_file(m_path, "old");
-    ControllerInput input = typical_case();
-    input.m_grid.m_bApproxWettedSurface = true;
-    const auto outcome = Testing::run_isolated([&] { write_grid_gen_input(input); });
-    EXPECT_EQ(outcome.err,
-        "ERROR: " + m_path
-            + " is not written: an approximate wetted surface is not supported by this version\n");
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(Testing::read_file(m_path), "old");
-}
-
 TEST_F(GridGenFile, ViscousInputIsWrittenWithItsZeroBytesToItsOwnPath)
 {
     Testing::write_file(m_directory.path("visc.inp"), "a longer old text");
