@@ -59,8 +59,24 @@ std::vector<Element*> by_first_vertex(const std::vector<MeshVertex*>& vertices,
 
 std::vector<MeshVertex*> TriangleMesh::VerticesInMapOrder() const
 {
-    std::vector<MeshVertex*> ordered = m_vecVertices;
-    std::sort(ordered.begin(), ordered.end(), comes_before);
+    // With the first coordinate beside the pointer nearly no comparison has to look at a vertex.
+    struct Entry {
+        double m_dX;
+        MeshVertex* m_pVertex;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(m_vecVertices.size());
+    for (MeshVertex* vertex : m_vecVertices)
+        entries.push_back({ vertex->m_vPosition[0], vertex });
+    std::sort(entries.begin(), entries.end(), [](const Entry& left, const Entry& right) {
+        if (left.m_dX != right.m_dX && !std::isunordered(left.m_dX, right.m_dX))
+            return left.m_dX < right.m_dX;
+        return comes_before(left.m_pVertex, right.m_pVertex);
+    });
+    std::vector<MeshVertex*> ordered;
+    ordered.reserve(entries.size());
+    for (const Entry& entry : entries)
+        ordered.push_back(entry.m_pVertex);
     return ordered;
 }
 
