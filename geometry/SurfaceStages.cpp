@@ -83,7 +83,7 @@ void AddLeafCells(BasicMorpher::BasicMorpher& cells, BasicOctree::BasicOctree& r
     FrontList<BasicOctree::BasicOctree*> leaves;
     root.GetLeaves(leaves);
     std::vector<Facet<double, 3, 3>*> facets;
-    for (const BasicOctree::BasicOctree* leaf : leaves.InOrder()) {
+    for (const BasicOctree::BasicOctree* leaf : leaves) {
         const Vector<double, 3>& lo = leaf->m_Box.m_vMin;
         const Vector<double, 3>& hi = leaf->m_Box.m_vMax;
         leaf->GetTriangles(facets);
@@ -112,7 +112,7 @@ SkinFacets CutSkin(std::span<Facet<double, 3, 3>* const> facets, const BoundingB
 
 void AddSkin(CurvatureMesh& mesh, const SkinFacets& skin)
 {
-    for (const Facet<double, 3, 3>& facet : skin.InOrder())
+    for (const Facet<double, 3, 3>& facet : skin)
         (void)mesh.AddTriangle(facet[0], facet[1], facet[2]); // degenerate ones drop out
 }
 

@@ -7,7 +7,6 @@
 #include "geometry/basicmorpher/BasicMorpher.h"
 #include "geometry/basicoctree/BasicOctree.h"
 
-#include <ranges>
 #include <span>
 #include <vector>
 
@@ -20,8 +19,8 @@ template <typename T>
 class FrontList {
 public:
     void push_front(const T& value) { m_vecBackward.push_back(value); }
-    /// From the front on.
-    [[nodiscard]] auto InOrder() const { return std::views::reverse(m_vecBackward); }
+    [[nodiscard]] auto begin() const { return m_vecBackward.rbegin(); }
+    [[nodiscard]] auto end() const { return m_vecBackward.rend(); }
     [[nodiscard]] std::size_t size() const { return m_vecBackward.size(); }
     [[nodiscard]] bool empty() const { return m_vecBackward.empty(); }
 
