@@ -212,6 +212,7 @@ void WettedSurfaceMesh::InitializeTriangles()
     }
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes the triangles of the mesh
 unsigned int WettedSurfaceMesh::IdentifyConnectedSurfaces()
 {
     unsigned int counter = 0;
