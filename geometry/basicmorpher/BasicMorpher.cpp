@@ -52,6 +52,9 @@ VertIt BasicMorpher::FindVert(const Position& position) const
 
 EdgeIt BasicMorpher::FindEdge(VertIt vert0, VertIt vert1) const
 {
+    // An edge is told to both its ends; the shorter array is the quicker one.
+    if (vert1->m_vecEdges.size() < vert0->m_vecEdges.size())
+        std::swap(vert0, vert1);
     for (const EdgeIt edge : vert0->m_vecEdges) {
         if (edge->OtherEnd(vert0) == vert1)
             return edge;

@@ -6,6 +6,7 @@
 #include "geometry/basicmorpher/Splitting.h"
 #include "geometry/basicmorpher/VertMap.h"
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <span>
@@ -167,7 +168,8 @@ private:
     [[nodiscard]] EdgeIt FindOrAddEdge(VertIt vert0, VertIt vert1);
     /// The cell on the faces with these edges.
     [[nodiscard]] CellIt FindOrAddCell(std::span<const std::span<const EdgeIt>> rings);
-    [[nodiscard]] CellIt FindOrAddTetrahedron(VertIt a, VertIt b, VertIt c, VertIt d);
+    /// Of the edges ab, ac, ad, bc, cd, db.
+    [[nodiscard]] CellIt FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges);
 };
 
 } // namespace BasicMorpher

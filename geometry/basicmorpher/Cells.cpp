@@ -6,6 +6,20 @@
 
 namespace BasicMorpher {
 
+namespace {
+
+/// The corners of a box that make its six tetrahedra, each with the first corner.
+constexpr std::array<std::array<std::size_t, 3>, 6> kTetrahedra { {
+    { 4, 5, 6 },
+    { 1, 6, 5 },
+    { 1, 2, 6 },
+    { 2, 3, 6 },
+    { 3, 7, 6 },
+    { 4, 6, 7 },
+} };
+
+} // namespace
+
 VertIt BasicMorpher::FindOrAddVert(const Position& position)
 {
     const VertIt found = FindVert(position);
@@ -31,14 +45,9 @@ CellIt BasicMorpher::FindOrAddCell(std::span<const std::span<const EdgeIt>> ring
     return found != m_lstCells.end() ? found : AddCell(cell);
 }
 
-CellIt BasicMorpher::FindOrAddTetrahedron(VertIt a, VertIt b, VertIt c, VertIt d)
+CellIt BasicMorpher::FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges)
 {
-    const EdgeIt ab = FindOrAddEdge(a, b);
-    const EdgeIt ac = FindOrAddEdge(a, c);
-    const EdgeIt ad = FindOrAddEdge(a, d);
-    const EdgeIt bc = FindOrAddEdge(b, c);
-    const EdgeIt cd = FindOrAddEdge(c, d);
-    const EdgeIt db = FindOrAddEdge(d, b);
+    const auto& [ab, ac, ad, bc, cd, db] = edges;
     const std::array abc { ab, bc, ac };
     const std::array acd { ac, cd, ad };
     const std::array adb { ad, db, ab };
@@ -54,7 +63,10 @@ CellIt BasicMorpher::AddTetrahedralCell(const Position& a, const Position& b, co
     const VertIt vertB = FindOrAddVert(b);
     const VertIt vertC = FindOrAddVert(c);
     const VertIt vertD = FindOrAddVert(d);
-    const CellIt cell = FindOrAddTetrahedron(vertA, vertB, vertC, vertD);
+    // Braces keep the order in which edges are added.
+    const CellIt cell = FindOrAddTetrahedron({ FindOrAddEdge(vertA, vertB),
+        FindOrAddEdge(vertA, vertC), FindOrAddEdge(vertA, vertD), FindOrAddEdge(vertB, vertC),
+        FindOrAddEdge(vertC, vertD), FindOrAddEdge(vertD, vertB) });
     cell->m_vecTriangles.Append(facets);
     return cell;
 }
@@ -105,23 +117,27 @@ void BasicMorpher::AddCell(const Position& c0, const Position& c1, const Positio
         return;
     }
     // Each corner is sought once, in the order in which the tetrahedra first need it.
-    const VertIt v0 = FindOrAddVert(c0);
-    const VertIt v4 = FindOrAddVert(c4);
-    const VertIt v5 = FindOrAddVert(c5);
-    const VertIt v6 = FindOrAddVert(c6);
-    const VertIt v1 = FindOrAddVert(c1);
-    const VertIt v2 = FindOrAddVert(c2);
-    const VertIt v3 = FindOrAddVert(c3);
-    const VertIt v7 = FindOrAddVert(c7);
-    for (const auto& [b, c, d] : std::array<std::array<VertIt, 3>, 6> { {
-             { v4, v5, v6 },
-             { v1, v6, v5 },
-             { v1, v2, v6 },
-             { v2, v3, v6 },
-             { v3, v7, v6 },
-             { v4, v6, v7 },
-         } }) {
-        FindOrAddTetrahedron(v0, b, c, d)->m_vecTriangles.Append(facets);
+    std::array<VertIt, 8> v;
+    v[0] = FindOrAddVert(c0);
+    v[4] = FindOrAddVert(c4);
+    v[5] = FindOrAddVert(c5);
+    v[6] = FindOrAddVert(c6);
+    v[1] = FindOrAddVert(c1);
+    v[2] = FindOrAddVert(c2);
+    v[3] = FindOrAddVert(c3);
+    v[7] = FindOrAddVert(c7);
+    // The tetrahedra share most of their edges: 19 different ones in place of 36.
+    std::array<EdgeIt, 64> sought;
+    const auto edge = [&](std::size_t i, std::size_t j) {
+        EdgeIt& known = sought[i < j ? 8 * i + j : 8 * j + i];
+        if (known == EdgeIt())
+            known = FindOrAddEdge(v[i], v[j]);
+        return known;
+    };
+    for (const auto& [b, c, d] : kTetrahedra) {
+        const CellIt cell = FindOrAddTetrahedron(
+            { edge(0, b), edge(0, c), edge(0, d), edge(b, c), edge(c, d), edge(d, b) });
+        cell->m_vecTriangles.Append(facets);
     }
 }
 

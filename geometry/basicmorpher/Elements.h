@@ -80,7 +80,7 @@ struct Face {
     }
 
     SmallArray<EdgeIt, 4> m_vecEdges; ///< a ring: each shares a vertex with the next
-    SmallArray<CellIt, 2> m_vecCells; ///< those that use it
+    SmallArray<CellIt, 3> m_vecCells; ///< those that use it
     bool m_bNew : 1 = false; ///< made by splitting a face
 };
 
@@ -98,6 +98,6 @@ struct Cell {
 
 // Complexes have tens of millions of each.
 static_assert(sizeof(VertIt) == 4);
-static_assert(sizeof(Vert) == 96 && sizeof(Edge) == 64 && sizeof(Face) == 44 && sizeof(Cell) == 48);
+static_assert(sizeof(Vert) == 96 && sizeof(Edge) == 64 && sizeof(Face) == 48 && sizeof(Cell) == 48);
 
 } // namespace BasicMorpher
