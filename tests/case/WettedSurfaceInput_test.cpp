@@ -72,7 +72,7 @@ ControllerInput cube_case()
     return input;
 }
 
-/// Runs the writer in a directory of its own; how closely crossings are told is settled once in a
+/// Runs the writer in a directory of its own; how closely crossings are judged is settled once in a
 /// process.
 class WettedSurfaceFile : public testing::Test {
 protected:

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <numbers>
 
-// How closely crossings are told is settled once in a process, by its first shape: each shape here
-// has a process of its own.
+// How closely crossings are judged is settled once in a process, by its first shape: each shape
+// here has a process of its own.
 namespace {
 
 using Testing::cube;
