@@ -39,9 +39,9 @@ public:
     /// `curvatureChannel` becomes the facet double channel of the greatest angle, in radians, by
     /// which the surface turns at the facet's edges; else it is left alone.
     /// The first call of a process settles how closely crossings are judged, for all calls: bodies
-    /// in another unit of length belong in another process. Errors:
-    /// `BasicMorpher::BasicMorpherException` if the cells cannot be cut. Cost: cells and facets,
-    /// which grow fourfold with each level.
+    /// in another unit of length belong in another process.
+    /// Errors: `BasicMorpher::BasicMorpherException` if the cells cannot be cut.
+    /// Cost: cells and facets, which grow fourfold with each level.
     [[nodiscard]] RefPtr<FacetSurface<double, 3>> GenerateApproximateWettedSurface(
         unsigned int level, unsigned char& normalChannel, bool withCurvature,
         unsigned char& curvatureChannel) const;
