@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+// The controller with the surroundings of a test, which come from the environment:
+//   VORTIK_TEST_TURN          milliseconds between two turns of the update thread
+//   VORTIK_TEST_SECONDS       "A B": the clock shows A when it is first asked and B from then on
+//   VORTIK_TEST_FAIL_MUTEX    the mutex of this number cannot be made
+//   VORTIK_TEST_FAIL_THREAD   the thread of this number cannot be made
+#include "controller/Clock.h"
+#include "controller/RunController.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+
+#include <pthread.h>
+
+namespace {
+
+std::string variable(const char* name)
+{
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+/// Whether this call of many is the one that is to fail.
+bool fails(std::atomic<int>& calls, const char* name)
+{
+    const std::string number = variable(name);
+    return !number.empty() && ++calls == std::stoi(number);
+}
+
+std::int64_t told_seconds()
+{
+    static std::atomic<bool> asked = false;
+    std::int64_t first = 0;
+    std::int64_t later = 0;
+    std::istringstream(variable("VORTIK_TEST_SECONDS")) >> first >> later;
+    return asked.exchange(true) ? later : first;
+}
+
+} // namespace
+
+extern "C" {
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names
+int __real_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
+int __real_pthread_create(
+    pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*), void* argument);
+
+int __wrap_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes)
+{
+    static std::atomic<int> calls = 0;
+    if (fails(calls, "VORTIK_TEST_FAIL_MUTEX"))
+        return ENOMEM;
+    return __real_pthread_mutex_init(mutex, attributes);
+}
+
+int __wrap_pthread_create(
+    pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*), void* argument)
+{
+    static std::atomic<int> calls = 0;
+    if (fails(calls, "VORTIK_TEST_FAIL_THREAD"))
+        return errno = EAGAIN;
+    return __real_pthread_create(thread, attributes, entry, argument);
+}
+// NOLINTEND(bugprone-reserved-identifier)
+}
+
+int main(int argc, char** argv)
+{
+    run_clock().m_turn = std::chrono::milliseconds(std::stoi(variable("VORTIK_TEST_TURN")));
+    if (!variable("VORTIK_TEST_SECONDS").empty())
+        run_clock().m_seconds = told_seconds;
+    return run_controller(argc, argv);
+}
