@@ -254,6 +254,13 @@ void ControllerRun::await_step(int step) const
     EXPECT_TRUE(wait_until([&] { return published_step() == step; })) << published_step();
 }
 
+void ControllerRun::await_file(const std::string& name) const
+{
+    EXPECT_TRUE(wait_until([&] { return file_exists(root(name)); })) << name;
+}
+
+void ControllerRun::forget_children() const { std::filesystem::remove(aside("record")); }
+
 bool ControllerRun::is_running() const
 {
     siginfo_t end {};

@@ -57,6 +57,7 @@ protected:
     /// Waits until a text stands in the record of children.
     void await(const std::string& text) const;
     void await_step(int step) const; ///< on the front end's link
+    void await_file(const std::string& name) const; ///< below the directory of the run
     /// Whether the process still runs.
     [[nodiscard]] bool is_running() const;
     /// Lets programs on "hold" go on.
@@ -88,6 +89,8 @@ protected:
 
     /// What the step programs have noted: the sequence of children.
     [[nodiscard]] std::string children() const;
+    /// Lets the next start of each program be its first again.
+    void forget_children() const;
     /// The names alone, with the step that was published while each ran: "19 TreeGen, ".
     [[nodiscard]] std::string sequence() const;
     [[nodiscard]] std::string log() const; ///< the controller's standard output in the run

@@ -10,6 +10,7 @@
 //   state N                    report this completion state instead
 //   status N                   exit with it
 //   crash                      die at the end
+//   note TEXT                  in the record
 //   await-stop                 wait for the stop flag and note that it was seen
 //   hold                       wait for a file "go" beside the plan, then note the stop flag
 //   figures STEP TOTAL MAX SUB publish the solver's figures
@@ -235,6 +236,10 @@ private:
             words >> m_status;
         } else if (command == "crash") {
             m_crashes = true;
+        } else if (command == "note") {
+            std::string text;
+            std::getline(words, text);
+            note("  " + text);
         } else if (command == "await-stop") {
             if (Testing::wait_until([this] { return stop_flag(); }))
                 note("  saw the stop");

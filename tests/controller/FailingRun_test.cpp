@@ -1,0 +1,407 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/controller/support/ControllerRun.h"
+#include "tests/links/support/RawBlock.h"
+
+#include <filesystem>
+#include <ostream>
+#include <string>
+
+// Runs that end early by a failure. -1 is the exit status 255 of a process.
+
+namespace Testing {
+
+namespace {
+
+const std::string kComplete = "status 0, step 8, file 8<end>";
+const std::string kNewSequence
+    = "19 TreeGen, 20 TreeGen, 21 TreeGen, 22 TreeGen, 4 Vortik_Extractor, 5 Vortik_PreCalc, "
+      "6 Vortik_RotorProg, 7 Vortik_Solver, ";
+// Of an adaptive run of two cycles, with all steps from the first on.
+const std::string kAdaptiveSequence
+    = "19 TreeGen, 20 TreeGen, 21 TreeGen, 22 TreeGen, 4 Vortik_Extractor, 5 Vortik_PreCalc, "
+      "6 Vortik_RotorProg, 17 Vortik_Solver, "
+      "15 Vortik_Adapter, 24 TreeGen, 25 TreeGen, 26 TreeGen, 27 TreeGen, 14 Vortik_Extractor, "
+      "15 Vortik_Adapter, 16 Vortik_RotorProg, 17 Vortik_Solver, "
+      "15 Vortik_Adapter, 24 TreeGen, 25 TreeGen, 26 TreeGen, 27 TreeGen, 14 Vortik_Extractor, "
+      "15 Vortik_Adapter, 16 Vortik_RotorProg, 17 Vortik_Solver, ";
+
+std::string failed(int step)
+{
+    const std::string number = std::to_string(step);
+    return "status 255, step " + number + ", file " + number + "<end>";
+}
+
+/// The first programs of a sequence.
+std::string first(const std::string& sequence, int programs)
+{
+    std::size_t end = 0;
+    for (int i = 0; i < programs; ++i)
+        end = sequence.find(", ", end) + 2;
+    return sequence.substr(0, end - 2);
+}
+
+struct FailingStep {
+    const char* name;
+    bool adaptive;
+    const char* program;
+    int start; ///< of that program
+    int place; ///< of it in the sequence, from 1 on
+    int step; ///< that is published and written
+};
+
+void PrintTo(const FailingStep& step, std::ostream* stream) { *stream << step.name; }
+
+class FailingRun : public ControllerRun { };
+class FailingProgram : public FailingRun, public ::testing::WithParamInterface<FailingStep> { };
+
+TEST_P(FailingProgram, EndsTheRunWithTheStepsOwnValueAndAnEmptyText)
+{
+    const FailingStep& step = GetParam();
+    if (step.adaptive)
+        make_adaptive(4, 0);
+    plan(std::string(step.program) + " " + std::to_string(step.start) + " fail");
+    EXPECT_EQ(run(), failed(step.step));
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+    EXPECT_EQ(sequence(), first(step.adaptive ? kAdaptiveSequence : kNewSequence, step.place));
+    EXPECT_EQ(inherited(), "");
+}
+
+const FailingStep kFailingSteps[] = {
+    { "Octree", false, "TreeGen", 1, 1, -3 },
+    { "BodyFitter", false, "TreeGen", 2, 2, -3 },
+    { "Validator", false, "TreeGen", 3, 3, -3 },
+    { "Metrics", false, "TreeGen", 4, 4, -3 },
+    { "Extractor", false, "Vortik_Extractor", 1, 5, -4 },
+    { "PreCalc", false, "Vortik_PreCalc", 1, 6, -5 },
+    { "RotorProg", false, "Vortik_RotorProg", 1, 7, -6 },
+    { "Solver", false, "Vortik_Solver", 1, 8, -7 },
+    { "AdaptiveOctree0", true, "TreeGen", 1, 1, -3 },
+    { "AdaptiveRotorProg0", true, "Vortik_RotorProg", 1, 7, -6 },
+    { "AdaptiveSolver0", true, "Vortik_Solver", 1, 8, -17 },
+    { "AdapterBefore1", true, "Vortik_Adapter", 1, 9, -15 },
+    { "AdaptiveOctree1", true, "TreeGen", 5, 10, -13 },
+    { "AdaptiveBodyFitter1", true, "TreeGen", 6, 11, -13 },
+    { "AdaptiveValidator1", true, "TreeGen", 7, 12, -13 },
+    { "AdaptiveMetrics1", true, "TreeGen", 8, 13, -13 },
+    { "AdaptiveExtractor1", true, "Vortik_Extractor", 2, 14, -14 },
+    { "AdapterAfter1", true, "Vortik_Adapter", 2, 15, -15 },
+    { "AdaptiveRotorProg1", true, "Vortik_RotorProg", 2, 16, -16 },
+    { "AdaptiveSolver1", true, "Vortik_Solver", 2, 17, -17 },
+    { "AdapterBefore2", true, "Vortik_Adapter", 3, 18, -15 },
+    { "AdaptiveOctree2", true, "TreeGen", 9, 19, -13 },
+    { "AdaptiveBodyFitter2", true, "TreeGen", 10, 20, -13 },
+    { "AdaptiveValidator2", true, "TreeGen", 11, 21, -13 },
+    { "AdaptiveMetrics2", true, "TreeGen", 12, 22, -13 },
+    { "AdaptiveExtractor2", true, "Vortik_Extractor", 3, 23, -14 },
+    { "AdapterAfter2", true, "Vortik_Adapter", 4, 24, -15 },
+    { "AdaptiveRotorProg2", true, "Vortik_RotorProg", 3, 25, -16 },
+    { "AdaptiveSolver2", true, "Vortik_Solver", 3, 26, -17 },
+};
+
+std::string name_of(const ::testing::TestParamInfo<FailingStep>& info) { return info.param.name; }
+
+INSTANTIATE_TEST_SUITE_P(At, FailingProgram, ::testing::ValuesIn(kFailingSteps), name_of);
+
+TEST_F(FailingRun, KeepsTheLogUpToTheFailingStep)
+{
+    plan("Vortik_PreCalc 1 fail");
+    EXPECT_EQ(run(), failed(-5));
+    EXPECT_EQ(log(),
+        "main: running grid generator\n"
+        "      running octree\n"
+        "      running body fitter\n"
+        "      running validator\n"
+        "      running metrics calculation\n"
+        "main: running extractor.\n"
+        "main: running pre-calc.\n");
+    // Nothing is taken back.
+    EXPECT_EQ(files(),
+        "Body_Pressure/\n"
+        "Body_Pressure/wing_body.Grd\n"
+        "Debug_Files/\n"
+        "Grid_Output/\n"
+        "Grid_Output/GeomBC.dat\n"
+        "Grid_Output/VRK.grd.L2G\n"
+        "Grid_Output/VRK.grid.dat\n"
+        "Grid_Output/wing.treegen\n"
+        "Grid_Output/wing_body.Grd\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Solver_Input/\n"
+        "Solver_Input/BndCnd.dat\n"
+        "Solver_Input/ParmFlw.h\n"
+        "completion\n");
+}
+
+TEST_F(FailingRun, HybridGridThatFailsIsAGridThatFails)
+{
+    m_case.m_grid.m_bHybrid = true;
+    m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
+    plan("TreeGen 1 fail");
+    EXPECT_EQ(run(), failed(-3));
+    EXPECT_EQ(sequence(), "23 TreeGen");
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+}
+
+TEST_F(FailingRun, AdaptedHybridGridThatFailsIsAnAdaptedGridThatFails)
+{
+    make_adaptive(4, 0);
+    m_case.m_grid.m_bHybrid = true;
+    m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
+    plan("TreeGen 4 fail"); // after hybrid, validator and metrics of the new grid
+    EXPECT_EQ(run(), failed(-13));
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+    EXPECT_TRUE(sequence().ends_with("15 Vortik_Adapter, 28 TreeGen")) << sequence();
+}
+
+TEST_F(FailingRun, GridGeneratorSucceedsByTheStateOneAlone)
+{
+    plan("TreeGen 1 state 2");
+    EXPECT_EQ(run(), failed(-3));
+    EXPECT_EQ(sequence(), "19 TreeGen");
+}
+
+TEST_F(FailingRun, ExitStatusBehindAReportedSuccessDoesNotCount)
+{
+    plan("TreeGen 1 status 3");
+    plan("Vortik_Extractor 1 status 1");
+    plan("Vortik_Solver 1 status 255");
+    EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(FailingRun, DeathBehindAReportedSuccessDoesNotCount)
+{
+    plan("Vortik_PreCalc 1 crash");
+    plan("Vortik_Solver 1 crash");
+    EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(FailingRun, DeathBeforeSuccessIsAFailure)
+{
+    plan("Vortik_Solver 1 fail");
+    plan("Vortik_Solver 1 crash");
+    EXPECT_EQ(run(), failed(-7));
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+}
+
+TEST_F(FailingRun, AdaptationWithoutGridInputFailsUnderTheAdaptersStep)
+{
+    make_adaptive(4, 0);
+    plan("Vortik_Solver 1 remove Grid_Output/wing.treegen");
+    EXPECT_EQ(run(), failed(-13));
+    EXPECT_EQ(sequence(), first(kAdaptiveSequence, 9));
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: could not read treegen file\n");
+}
+
+TEST_F(FailingRun, RestartFileThatIsMissingFailsTheSolversStep)
+{
+    make_restart(4);
+    std::filesystem::remove(root("named.Rst"));
+    EXPECT_EQ(run(), failed(-7));
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: could not find/read restart file - @/named.Rst\n");
+    EXPECT_EQ(children(), "");
+    EXPECT_EQ(log(), "");
+}
+
+TEST_F(FailingRun, RestartFileThatIsTooShortFailsTheSolversStepOfAnAdaptiveRunToo)
+{
+    make_restart(4);
+    make_adaptive(4, 0);
+    write_file(root("named.Rst"), std::string(31, '\0')); // eight words are 32
+    EXPECT_EQ(run(), failed(-7));
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: could not find/read restart file - @/named.Rst\n");
+    EXPECT_EQ(children(), "");
+}
+
+// 2 is the system's number for what does not exist.
+const std::string kNotStarted = "CONTROLLER ERROR: CreateProcess() failed!  ERROR #: 2\n\n";
+
+struct MissingProgram {
+    const char* name;
+    bool threaded;
+    int before; ///< programs that run before
+    int step;
+};
+
+TEST_F(FailingRun, MissingGridGeneratorFailsTheGrid)
+{
+    std::filesystem::remove(programs("TreeGen"));
+    EXPECT_EQ(run(), failed(-3));
+    EXPECT_EQ(errors(), kNotStarted);
+    EXPECT_EQ(children(), "");
+}
+
+class MissingProgramOfARun : public FailingRun,
+                             public ::testing::WithParamInterface<MissingProgram> { };
+
+TEST_P(MissingProgramOfARun, EndsTheRunWithWordsOfTheSystem)
+{
+    const MissingProgram& missing = GetParam();
+    make_adaptive(4, 0);
+    m_case.m_shtParallelMode = missing.threaded ? 1 : 0;
+    std::filesystem::remove(programs(missing.name));
+    EXPECT_EQ(run(), failed(missing.step));
+    EXPECT_EQ(errors(), kNotStarted);
+    std::string before = missing.before == 0 ? "" : first(kAdaptiveSequence, missing.before);
+    if (missing.threaded) {
+        for (const char* name : { "Extractor", "PreCalc", "RotorProg", "Solver" }) {
+            const auto at = before.find(name);
+            if (at != std::string::npos)
+                before.insert(at + std::string(name).size(), "-omp");
+        }
+    }
+    EXPECT_EQ(sequence(), before);
+}
+
+constexpr MissingProgram kMissingPrograms[] = {
+    { "Vortik_Extractor", false, 4, -4 },
+    { "Vortik_PreCalc", false, 5, -5 },
+    { "Vortik_RotorProg", false, 6, -6 },
+    { "Vortik_Solver", false, 7, -17 },
+    { "Vortik_Adapter", false, 8, -15 },
+    { "Vortik_Extractor-omp", true, 4, -4 },
+    { "Vortik_PreCalc-omp", true, 5, -5 },
+    { "Vortik_RotorProg-omp", true, 6, -6 },
+    { "Vortik_Solver-omp", true, 7, -17 },
+    { "Vortik_Adapter-omp", true, 8, -15 },
+};
+
+std::string name_of_missing(const ::testing::TestParamInfo<MissingProgram>& info)
+{
+    const std::string name = std::string(info.param.name).substr(7); // behind "Vortik_"
+    return info.param.threaded ? name.substr(0, name.size() - 4) + "Threaded" : name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Missing, MissingProgramOfARun, ::testing::ValuesIn(kMissingPrograms), name_of_missing);
+
+struct StepWithoutLink {
+    const char* name;
+    bool adaptive;
+    const char* before; ///< the program that runs while the links are taken
+    int start; ///< of it
+    const char* words;
+    int step;
+};
+
+class NoFreeLink : public FailingRun, public ::testing::WithParamInterface<StepWithoutLink> { };
+
+TEST_P(NoFreeLink, FailsTheNextStepWithTheWordsOfItsFrame)
+{
+    const StepWithoutLink& step = GetParam();
+    if (step.adaptive)
+        make_adaptive(4, 0);
+    const std::string before = std::string(step.before) + " " + std::to_string(step.start);
+    plan(before + " note held");
+    plan(before + " hold");
+    save_case();
+    start();
+    await("held");
+    hold_child_link(); // which would be free for the next one
+    take_all_links();
+    let_go();
+    EXPECT_EQ(ending(), failed(step.step));
+    EXPECT_EQ(errors(), step.words + std::string("No free links\nCONTROLLER ERROR: \n"));
+}
+
+constexpr const char* kGridGenWords = "CONTROLLER ERROR: Failed to create GridGen link: ";
+constexpr const char* kSharedWords = "CONTROLLER ERROR: Failed to create RotorProg link: ";
+constexpr const char* kSolverWords = "CONTROLLER WARNING: Failed to create Solver link: ";
+
+constexpr StepWithoutLink kStepsWithoutLink[] = {
+    { "BodyFitter", false, "TreeGen", 1, kGridGenWords, -3 },
+    { "Extractor", false, "TreeGen", 4, kSharedWords, -4 },
+    { "PreCalc", false, "Vortik_Extractor", 1, kSharedWords, -5 },
+    { "RotorProg", false, "Vortik_PreCalc", 1, kSharedWords, -6 },
+    { "Solver", false, "Vortik_RotorProg", 1, kSolverWords, -7 },
+    { "Adapter", true, "Vortik_Solver", 1, kSharedWords, -15 },
+    { "AdaptiveOctree", true, "Vortik_Adapter", 1, kGridGenWords, -13 },
+    { "AdaptiveExtractor", true, "TreeGen", 8, kSharedWords, -14 },
+    { "SecondAdapter", true, "Vortik_Extractor", 2, kSharedWords, -15 },
+    { "AdaptiveRotorProg", true, "Vortik_Adapter", 2, kSharedWords, -16 },
+    { "AdaptiveSolver", true, "Vortik_RotorProg", 2, kSolverWords, -17 },
+};
+
+std::string name_of_linkless(const ::testing::TestParamInfo<StepWithoutLink>& info)
+{
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(At, NoFreeLink, ::testing::ValuesIn(kStepsWithoutLink), name_of_linkless);
+
+TEST_F(FailingRun, WithoutAnyFreeLinkTheFirstStepFails)
+{
+    take_all_links();
+    EXPECT_EQ(run(), failed(-3));
+    EXPECT_EQ(errors(),
+        "CONTROLLER ERROR: Failed to create GridGen link: No free links\nCONTROLLER ERROR: \n");
+    EXPECT_EQ(log(), "main: running grid generator\n");
+    EXPECT_EQ(children(), "");
+}
+
+// A failure on the way to an exception: -9 stays, and the process dies by SIGABRT, signal 6.
+class UncaughtException : public FailingRun {
+protected:
+    std::string end_of_run()
+    {
+        save_case();
+        start();
+        const std::string status = finish();
+        forget_the_dead();
+        return status + ", file " + completion();
+    }
+};
+
+TEST_F(UncaughtException, PeriodZeroEndsAnAdaptiveRunAtItsFirstSegment)
+{
+    make_adaptive(0, 0);
+    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(
+        errors(), "CONTROLLER ERROR: uncaught exception: The period of the adaptation is 0\n");
+    EXPECT_EQ(sequence(), first(kAdaptiveSequence, 7));
+    EXPECT_EQ(published_step(), 6);
+}
+
+TEST_F(UncaughtException, MissingFlowParametersEndAnAdaptation)
+{
+    make_adaptive(4, 0);
+    plan("Vortik_Solver 1 remove Solver_Input/ParmFlw.h");
+    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(errors(),
+        "CONTROLLER ERROR: uncaught exception: Internal data management error (file in work: "
+        "@/Solver_Input//ParmFlw.h)\n");
+    EXPECT_EQ(sequence(), first(kAdaptiveSequence, 8));
+    EXPECT_EQ(published_step(), 17);
+}
+
+TEST_F(UncaughtException, ShortFirstLineOfTheGridEndsAnAdaptiveRun)
+{
+    make_adaptive(4, 0);
+    plan("TreeGen 4 write Grid_Output/VRK.grid.dat #");
+    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(errors(),
+        "CONTROLLER ERROR: uncaught exception: basic_string::substr (file in work: "
+        "@/Grid_Output//VRK.grid.dat)\n");
+    EXPECT_EQ(sequence(), first(kAdaptiveSequence, 4));
+    EXPECT_EQ(published_step(), 22);
+    EXPECT_EQ(file("Grid_Output/Grid_History/wing_00000.Grd"), "");
+}
+
+TEST_F(UncaughtException, ShortFirstLineOfAnAdaptedGridEndsTheArchive)
+{
+    make_adaptive(4, 0);
+    plan("TreeGen 8 write Grid_Output/VRK.grid.dat #");
+    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(errors(),
+        "CONTROLLER ERROR: uncaught exception: basic_string::substr (file in work: "
+        "@/Grid_Output//VRK.grid.dat)\n");
+    EXPECT_EQ(sequence(), first(kAdaptiveSequence, 13));
+    EXPECT_EQ(file("Grid_Output/Grid_History/wing_00006.Grd"), "");
+}
+
+} // namespace
+
+} // namespace Testing

@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/controller/support/ControllerRun.h"
+
+#include <ostream>
+#include <string>
+
+// Runs that the front end stops, at every step and between steps, and runs that fail while a stop
+// or a turn of the update thread comes.
+
+namespace Testing {
+
+namespace {
+
+const std::string kStopped = "status 0, step -8, file -8<end>";
+
+struct StopAt {
+    const char* name;
+    bool adaptive;
+    const char* program;
+    int start; ///< of that program
+    int step; ///< published while it runs
+};
+
+void PrintTo(const StopAt& stop, std::ostream* stream) { *stream << stop.name; }
+
+std::string name_of(const ::testing::TestParamInfo<StopAt>& info) { return info.param.name; }
+
+class StoppedRun : public ControllerRun {
+protected:
+    /// Starts the run and stops it when the program has noted that it waits.
+    std::string stop_at(const std::string& program, const std::string& then)
+    {
+        plan(program + " note waits");
+        plan(program + " " + then);
+        save_case();
+        start();
+        await("  waits\n");
+        ask_to_stop();
+        return finish();
+    }
+    /// The last lines of the record, behind the line of the last start.
+    [[nodiscard]] std::string last_notes() const
+    {
+        const std::string all = children();
+        return all.substr(all.find('\n', all.rfind(" = %/")) + 1);
+    }
+    [[nodiscard]] std::string last_start() const
+    {
+        const std::string all = sequence();
+        const auto comma = all.rfind(", ");
+        return comma == std::string::npos ? all : all.substr(comma + 2);
+    }
+    /// What of the ending does not depend on `finish`.
+    [[nodiscard]] std::string rest_of_ending() const
+    {
+        return "step " + std::to_string(published_step()) + ", file " + completion() + links_left();
+    }
+};
+
+class StopOfAProgram : public StoppedRun, public ::testing::WithParamInterface<StopAt> { };
+
+TEST_P(StopOfAProgram, ReachesItAndEndsTheRunWithoutAWord)
+{
+    const StopAt& stop = GetParam();
+    if (stop.adaptive)
+        make_adaptive(4, 0);
+    const std::string program = stop.program;
+    EXPECT_EQ(stop_at(program + " " + std::to_string(stop.start), "await-stop"), "0");
+    await("  saw the stop\n");
+    EXPECT_EQ(last_start(), std::to_string(stop.step) + " " + program);
+    EXPECT_TRUE(last_notes().ends_with("  waits\n  saw the stop\n")) << last_notes();
+    EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+    EXPECT_EQ(errors(), "");
+    EXPECT_EQ(inherited(), "");
+}
+
+constexpr StopAt kStops[] = {
+    { "Octree", false, "TreeGen", 1, 19 },
+    { "BodyFitter", false, "TreeGen", 2, 20 },
+    { "Validator", false, "TreeGen", 3, 21 },
+    { "Metrics", false, "TreeGen", 4, 22 },
+    { "Extractor", false, "Vortik_Extractor", 1, 4 },
+    { "PreCalc", false, "Vortik_PreCalc", 1, 5 },
+    { "RotorProg", false, "Vortik_RotorProg", 1, 6 },
+    { "Solver", false, "Vortik_Solver", 1, 7 },
+    { "FirstSegment", true, "Vortik_Solver", 1, 17 },
+    { "AdapterBefore", true, "Vortik_Adapter", 1, 15 },
+    { "AdaptiveOctree", true, "TreeGen", 5, 24 },
+    { "AdaptiveBodyFitter", true, "TreeGen", 6, 25 },
+    { "AdaptiveValidator", true, "TreeGen", 7, 26 },
+    { "AdaptiveMetrics", true, "TreeGen", 8, 27 },
+    { "AdaptiveExtractor", true, "Vortik_Extractor", 2, 14 },
+    { "AdapterAfter", true, "Vortik_Adapter", 2, 15 },
+    { "AdaptiveRotorProg", true, "Vortik_RotorProg", 2, 16 },
+    { "SecondSegment", true, "Vortik_Solver", 2, 17 },
+    { "SecondCycle", true, "TreeGen", 9, 24 },
+};
+
+INSTANTIATE_TEST_SUITE_P(At, StopOfAProgram, ::testing::ValuesIn(kStops), name_of);
+
+TEST_F(StoppedRun, KeepsTheLogUpToTheStop)
+{
+    EXPECT_EQ(stop_at("Vortik_PreCalc 1", "await-stop"), "0");
+    await("  saw the stop\n");
+    EXPECT_EQ(log(),
+        "main: running grid generator\n"
+        "      running octree\n"
+        "      running body fitter\n"
+        "      running validator\n"
+        "      running metrics calculation\n"
+        "main: running extractor.\n"
+        "main: running pre-calc.\n");
+    EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+}
+
+TEST_F(StoppedRun, HybridStageIsNotToldAndRunsOn)
+{
+    m_case.m_grid.m_bHybrid = true;
+    m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
+    EXPECT_EQ(stop_at("TreeGen 1", "hold"), "0");
+    EXPECT_EQ(completion(), "-8\n");
+    EXPECT_EQ(last_notes(), "  waits\n");
+    let_go();
+    await("  let go, stop flag 0\n");
+    EXPECT_EQ(sequence(), "23 TreeGen");
+    EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(StoppedRun, AdaptiveHybridStageIsNotToldAndRunsOn)
+{
+    make_adaptive(4, 0);
+    m_case.m_grid.m_bHybrid = true;
+    m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
+    EXPECT_EQ(stop_at("TreeGen 4", "hold"), "0"); // behind hybrid, validator and metrics
+    EXPECT_EQ(completion(), "-8\n");
+    EXPECT_EQ(last_notes(), "  waits\n");
+    let_go();
+    await("  let go, stop flag 0\n");
+    EXPECT_EQ(last_start(), "28 TreeGen");
+    EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(StoppedRun, ProgramThatDoesNotLookAtItsFlagIsNotWaitedFor)
+{
+    EXPECT_EQ(stop_at("Vortik_Solver 1", "hold"), "0");
+    EXPECT_EQ(completion(), "-8\n");
+    EXPECT_EQ(published_step(), -8);
+    EXPECT_TRUE(last_notes().ends_with("  waits\n")) << last_notes(); // it hangs still
+    let_go();
+    await("  let go, stop flag 1\n");
+    EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(StoppedRun, BeforeTheFirstStepForwardsNothing)
+{
+    // The airfoil tables are read between the start of the update thread and the first step.
+    make_pipe("table.dat");
+    m_case.m_vecRotors[0].m_vecAftSchedule = { 0.5 };
+    m_case.m_vecRotors[0].m_vecAftFile = { "table.dat" };
+    save_case();
+    start();
+    await_step(2);
+    ask_to_stop();
+    EXPECT_EQ(ending(), kStopped);
+    EXPECT_EQ(children(), "");
+    EXPECT_EQ(log(), "");
+    EXPECT_EQ(errors(), "");
+    EXPECT_EQ(files(),
+        "Debug_Files/\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "completion\n"
+        "table.dat\n");
+}
+
+TEST_F(StoppedRun, BetweenTwoStepsStartsNoOther)
+{
+    make_adaptive(4, 0);
+    plan("Vortik_RotorProg 1 pipe Solver_Input/AdaptBoxes.dat");
+    plan("Vortik_RotorProg 1 note ready");
+    save_case();
+    start();
+    await("  ready\n");
+    ask_to_stop();
+    EXPECT_EQ(ending(), kStopped);
+    EXPECT_EQ(last_start(), "6 Vortik_RotorProg");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(StoppedRun, InTheMiddleOfAnArchiveLeavesWhatIsThere)
+{
+    make_adaptive(4, 0);
+    plan("Vortik_Adapter 1 pipe Grid_Output/Grid_History/wing_00006.Grd");
+    plan("TreeGen 8 note ready"); // the last program before the archive
+    save_case();
+    start();
+    await("  ready\n");
+    // Of the four steps 5 to 8 the sixth is the first that is kept, first its body.
+    EXPECT_TRUE(is_running());
+    await_file("Body_Pressure/wing_00006_body.Grd");
+    ask_to_stop();
+    EXPECT_EQ(ending(), kStopped);
+    EXPECT_EQ(last_start(), "27 TreeGen");
+    EXPECT_FALSE(file_exists(root("Body_Pressure/wing_00009_body.Grd")));
+    EXPECT_FALSE(file_exists(root("Grid_Output/Grid_History/wing_00008.Grd")));
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(StoppedRun, AskedForBeforeTheStartIsTakenAtOnce)
+{
+    // A program that waits for its flag cannot end otherwise.
+    plan("TreeGen 1 await-stop");
+    ask_to_stop();
+    save_case();
+    start();
+    EXPECT_EQ(ending(), kStopped);
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(StoppedRun, NextRunInTheSameDirectoryIsComplete)
+{
+    EXPECT_EQ(stop_at("Vortik_Solver 1", "await-stop"), "0");
+    await("  saw the stop\n");
+    EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+    EXPECT_EQ(front_end().SetStop(false), Tavro::LinkManager::Success);
+    EXPECT_EQ(run(), "status 0, step 8, file 8<end>");
+}
+
+TEST_F(StoppedRun, FailureAtTheTurnsOfTheUpdateThreadIsCleanAndStays)
+{
+    set_turn(0);
+    plan("TreeGen 1 fail");
+    for (int round = 0; round < 25; ++round) {
+        EXPECT_EQ(run(), "status 255, step -3, file -3<end>");
+        EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+        forget_children(); // so that it is a first start again
+    }
+}
+
+TEST_F(StoppedRun, FailureOfALaterStepAtTheTurnsOfTheUpdateThreadIsCleanAndStays)
+{
+    // Unlike the first three this value does not end the update thread by itself.
+    set_turn(0);
+    plan("Vortik_Extractor 1 fail");
+    for (int round = 0; round < 10; ++round) {
+        EXPECT_EQ(run(), "status 255, step -4, file -4<end>");
+        EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+        forget_children();
+    }
+}
+
+TEST_F(StoppedRun, StopAndFailureAtOnceEndAsOneOfThem)
+{
+    set_turn(1);
+    plan("TreeGen 1 note waits");
+    plan("TreeGen 1 fail");
+    int stops = 0;
+    for (int round = 0; round < 25; ++round) {
+        save_case();
+        start();
+        await("  waits\n");
+        ask_to_stop();
+        const std::string end = ending();
+        if (end == kStopped)
+            ++stops;
+        else
+            EXPECT_EQ(end, "status 255, step -3, file -3<end>");
+        EXPECT_EQ(front_end().SetStop(false), Tavro::LinkManager::Success);
+        forget_children();
+    }
+    RecordProperty("stops", stops);
+}
+
+} // namespace
+
+} // namespace Testing
