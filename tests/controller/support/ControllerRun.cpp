@@ -367,6 +367,7 @@ std::string ControllerRun::abbreviated(std::string text) const
 {
     replace_all(text, root(), "@");
     replace_all(text, programs(), "%");
+    replace_all(text, "%/./", "%/"); // of a controller that was started as one
     return text;
 }
 

@@ -241,7 +241,8 @@ private:
             std::getline(words, text);
             note("  " + text);
         } else if (command == "await-stop") {
-            if (Testing::wait_until([this] { return stop_flag(); }))
+            // A controller that has gone at once has taken the link away.
+            if (m_linked && Testing::wait_until([this] { return stop_flag(); }))
                 note("  saw the stop");
         } else if (command == "hold") {
             (void)Testing::wait_until([] { return Testing::file_exists(in_test("go")); });
