@@ -292,13 +292,17 @@ TEST_F(StartOfRun, AirfoilTablesAreCleanedBeforeTheRotorCard)
     write_file(root("tables/dirty.dat"), "a comment\n" + table);
     write_file(root("tables/clean.dat"), table);
     m_case.m_bGridOnly = false;
-    m_case.m_vecRotors[0].m_vecAftSchedule = { 0.25, 1.0 };
-    m_case.m_vecRotors[0].m_vecAftFile = { "tables/dirty.dat", root("tables/clean.dat") };
+    write_file(root("dirty.dat"), "another comment\n" + table);
+    m_case.m_vecRotors[0].m_vecAftSchedule = { 0.25, 0.5, 1.0 };
+    m_case.m_vecRotors[0].m_vecAftFile
+        = { "tables/dirty.dat", "dirty.dat", root("tables/clean.dat") };
     EXPECT_EQ(run(), kComplete);
     EXPECT_EQ(file("tables/.dirty.dat") + "\n", table); // without its last line end
+    EXPECT_EQ(file(".dirty.dat") + "\n", table);
     EXPECT_EQ(file("tables/.clean.dat"), "missing");
     const std::string card = file("Solver_Input/wing.SlvrRot");
     EXPECT_NE(card.find("0.250000          'tables/.dirty.dat'\n"), std::string::npos) << card;
+    EXPECT_NE(card.find("0.500000          '.dirty.dat'\n"), std::string::npos) << card;
     EXPECT_NE(card.find("1.000000          '@/tables/clean.dat'\n"), std::string::npos) << card;
     EXPECT_EQ(errors(), "");
 }

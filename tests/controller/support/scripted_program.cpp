@@ -28,6 +28,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <locale>
@@ -343,6 +344,11 @@ private:
 
 int main(int argc, char** argv)
 {
-    ::alarm(60); // a test that has failed leaves nobody behind
-    return Program(Words(argv, argv + argc)).run();
+    ::alarm(90); // a test that has failed leaves nobody behind
+    try {
+        return Program(Words(argv, argv + argc)).run();
+    } catch (const std::exception& error) {
+        note(std::string("  ") + error.what());
+        return 1;
+    }
 }
