@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/support/ControllerRun.h"
+#include "tests/links/support/RawBlock.h"
 #include "tests/support/Waiting.h"
 
 #include <string>
@@ -196,6 +197,26 @@ TEST_F(BrokenLink, IsSaidAtEveryStepAndDoesNotEndTheRun)
     EXPECT_EQ(errors(), kStepNotSaid + kStepNotSaid + kStepNotSaid + kStepNotSaid);
     EXPECT_EQ(completion(), "8\n");
     EXPECT_EQ(published_step(), 19);
+    EXPECT_EQ(links_left(), "clean");
+}
+
+TEST_F(BrokenLink, AsksForNoStop)
+{
+    plan("TreeGen 1 hold");
+    save_case();
+    start();
+    await("19: ");
+    break_front_end_link(true);
+    // The flag, the first byte of the record, behind the head of the link.
+    constexpr std::size_t kFirstLink = 400;
+    constexpr std::size_t kLinkBytes = 4616;
+    constexpr std::size_t kRecord = 516;
+    const RawBlock block;
+    block.data()[kFirstLink + front_end().GetLinkID() * kLinkBytes + kRecord] = 1;
+    let_go();
+    EXPECT_EQ(finish(), "0");
+    EXPECT_EQ(completion(), "8\n");
+    break_front_end_link(false);
     EXPECT_EQ(links_left(), "clean");
 }
 
