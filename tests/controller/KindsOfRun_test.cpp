@@ -219,7 +219,7 @@ TEST_F(KindOfRun, HybridGridWithoutPrismsAndBodyFitterLeavesTheirArgumentsOut)
     expect_quiet();
 }
 
-TEST_F(KindOfRun, WithoutRotorsTheSolverIsToldAndTheRotorProgramLeftOut)
+TEST_F(KindOfRun, WithoutRotorsTheSolverIsInformedAndTheRotorProgramLeftOut)
 {
     m_case.m_vecRotors.clear();
     EXPECT_EQ(run(), kComplete);

@@ -23,7 +23,7 @@ protected:
         ControllerRun::SetUp();
         if (IsSkipped())
             return;
-        // So that figures which are not written can be told from zeros.
+        // So that zeros that are written differ from figures that are not.
         using Tavro::LinkManager;
         EXPECT_EQ(front_end().SetStepNumber(5), LinkManager::Success);
         EXPECT_EQ(front_end().SetTotalMassResidual(5.0), LinkManager::Success);

@@ -189,6 +189,9 @@ TEST_F(StartOfRun, DirectoryThatIsMissingIsNotMade)
 {
     start({ "-input=" + aside("nowhere/wing.vrk") });
     EXPECT_EQ(finish(), "255");
+    EXPECT_EQ(inherited(),
+        "CONTROLLER ERROR: Could not create the log directory " + aside("nowhere/Process_Output/")
+            + "\n");
     EXPECT_FALSE(file_exists(aside("nowhere")));
     EXPECT_EQ(files(), "");
     EXPECT_EQ(children(), "");

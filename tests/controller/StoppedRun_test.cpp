@@ -113,7 +113,7 @@ TEST_F(StoppedRun, KeepsTheLogUpToTheStop)
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
 }
 
-TEST_F(StoppedRun, HybridStageIsNotToldAndRunsOn)
+TEST_F(StoppedRun, HybridStageIsNotReachedAndRunsOn)
 {
     m_case.m_grid.m_bHybrid = true;
     m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
@@ -127,7 +127,7 @@ TEST_F(StoppedRun, HybridStageIsNotToldAndRunsOn)
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(StoppedRun, AdaptiveHybridStageIsNotToldAndRunsOn)
+TEST_F(StoppedRun, AdaptiveHybridStageIsNotReachedAndRunsOn)
 {
     make_adaptive(4, 0);
     m_case.m_grid.m_bHybrid = true;

@@ -30,7 +30,7 @@ bool fails(std::atomic<int>& calls, const char* name)
     return !number.empty() && ++calls == std::stoi(number);
 }
 
-std::int64_t told_seconds()
+std::int64_t given_seconds()
 {
     static std::atomic<bool> asked = false;
     std::int64_t first = 0;
@@ -71,6 +71,6 @@ int main(int argc, char** argv)
 {
     run_clock().m_turn = std::chrono::milliseconds(std::stoi(variable("VORTIK_TEST_TURN")));
     if (!variable("VORTIK_TEST_SECONDS").empty())
-        run_clock().m_seconds = told_seconds;
+        run_clock().m_seconds = given_seconds;
     return run_controller(argc, argv);
 }
