@@ -427,6 +427,36 @@ TEST_F(AdaptiveRun, RestartAtStepZeroUsesTheNamedFileOnlyForItsFirstSegment)
     EXPECT_EQ(file("Restarts/wing.old.Rst"), std::string(28, 'r') + '\x04' + std::string(3, '\0'));
 }
 
+TEST_F(AdaptiveRun, RestartBehindTheEndOfAdaptationSolvesToTheEndOfTheRun)
+{
+    make_adaptive(4, 0, 4);
+    make_restart(6);
+    m_case.m_bGridOnly = true; // not looked at in a restart
+    EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(children(), segment(kLastCycleSolver, ".TRUE. '@/named.Rst' up to 10"));
+    EXPECT_EQ(log(), kSolverLog);
+    expect_quiet();
+    // The grid is none of a new adaptation.
+    EXPECT_EQ(grid("00008"), "# 4 5 6 6 0\nformer\n\n");
+    EXPECT_EQ(grid("00010"), "# 4 5 6 8 0\nformer\n\n");
+}
+
+TEST_F(AdaptiveRun, RestartBeforeTheStartOfAdaptationSolvesUpToItFirst)
+{
+    make_adaptive(3, 5);
+    make_restart(2);
+    EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(children(),
+        segment(kCycleSolver, ".TRUE. '@/named.Rst' up to 5")
+            + segment(kCycleSolver, ".TRUE. '@//Restarts/wing.Rst' up to 6")
+            + adaptation("6", "cycle 1 at 6")
+            + segment(kCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 9")
+            + adaptation("8", "cycle 2 at 9")
+            + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
+    EXPECT_EQ(log(), kSolverLog + kSolverLog + kCycleLog + kCycleLog);
+    expect_quiet();
+}
+
 TEST_F(AdaptiveRun, RestartKeepsAStartingGridThatIsThere)
 {
     make_adaptive(4, 0);
