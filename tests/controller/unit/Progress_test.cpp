@@ -188,6 +188,23 @@ TEST_F(Publishing, StepIsStoredAndReachesTheFrontEnd)
     EXPECT_EQ(outcome.err, "");
 }
 
+TEST_F(Publishing, EveryStepReachesTheFrontEndAsItsNumber)
+{
+    const int numbers[] = { 1, 2, 3, 4, 5, 6, 7, 8, 13, 14, 15, 16, 17, 19, 20, 21, 22, 23, 24, 25,
+        26, 27, 28, -2, -3, -4, -5, -6, -7, -8, -9, -13, -14, -15, -16, -17 };
+    const Outcome outcome = attached([&numbers](VRK::GUIConLink& link) {
+        for (const int number : numbers) {
+            update_step(static_cast<VRK::ControllerStep>(number));
+            VRK::ControllerStep step {};
+            (void)link.GetStep(step);
+            if (step != number || g_info.m_step != number)
+                std::cout << number << " is " << step << "\n";
+        }
+    });
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.status, 0);
+}
+
 TEST_F(Publishing, TotalAndStepNumberReachTheFrontEnd)
 {
     EXPECT_EQ(attached([](VRK::GUIConLink& link) {
