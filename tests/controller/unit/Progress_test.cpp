@@ -141,6 +141,26 @@ TEST_F(Remaining, LastFractionAboveZeroStaysInForce)
     EXPECT_EQ(after(1100, { 0.25, 0.5 }), "100");
 }
 
+// A quarter after 200 s would leave 600 s.
+TEST_F(Remaining, LastFractionAboveZeroGoesOnWithTheClock)
+{
+    for (const double fraction : { 0.0, -1.0, kNoNumber }) {
+        EXPECT_EQ(attached([fraction](VRK::GUIConLink& link) {
+            run_clock().m_seconds = [] { return g_now; };
+            startTime = 1000;
+            g_now = 1100;
+            CalcTimeRemaining(0.25);
+            g_now = 1200;
+            CalcTimeRemaining(fraction);
+            int seconds = 0;
+            (void)link.GetTimeRemaining(seconds);
+            std::cout << seconds;
+        }).out,
+            "600")
+            << fraction;
+    }
+}
+
 TEST_F(Remaining, SecondsBeyondTheFieldStopAtItsEnds)
 {
     EXPECT_EQ(after(1100, { 1e-300 }), "2147483647");

@@ -203,6 +203,19 @@ TEST_F(SegmentArchive, MissingGridLeavesEmptyFilesAndNoOtherTrace)
     EXPECT_EQ(stamp("00004").substr(24), "01 00 00 00");
 }
 
+// The body copy of step 3 is a link to the grid's place, so that there is a grid from then on.
+TEST_F(SegmentArchive, MissingGridDoesNotUseUpTheMark)
+{
+    std::filesystem::remove(at("Grid_Output/VRK.grid.dat"));
+    write_file(at("Grid_Output/case_body.Grd"), "# 1 2 3\n" + std::string(44, 'h'));
+    make_link(at("Grid_Output/VRK.grid.dat"), at("Body_Pressure/case_00003_body.Grd"));
+    save_grids(2);
+    save_bodies(3);
+    archive_segment(m_input, 1, 4, true);
+    EXPECT_EQ(grid("00002"), "");
+    EXPECT_TRUE(grid("00004").starts_with("# 1 2 3 2 1\n")) << grid("00004");
+}
+
 TEST_F(SegmentArchive, ShortFirstLineOfTheGridRaisesTheException)
 {
     write_file(at("Grid_Output/VRK.grid.dat"), "#");
