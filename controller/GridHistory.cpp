@@ -124,7 +124,8 @@ bool GridCopies::copy_to(const std::string& target, const std::string& time, boo
     if (!grid)
         return false;
     const std::string line = grid_history_line(parse_grid_line(grid->firstLine), time, newGrid);
-    const bool likeTheLast = !m_lastCopy.empty() && m_lastLineSize == line.size();
+    const bool likeTheLast = !m_lastCopy.empty() && m_lastLineSize == line.size()
+        && !Tavro::LeadToOneFile(m_lastCopy, target); // tags repeat; the last copy is empty by now
     if (likeTheLast && copy_sharing_blocks(m_lastCopy, line, target))
         return true;
     if (likeTheLast)

@@ -246,6 +246,17 @@ TEST_F(SegmentArchive, HundredThousandthStepBeginsTheTagsAnew)
     EXPECT_EQ(grid("00001"), "# 1 2 3 100001 0\n\n");
 }
 
+TEST_F(SegmentArchive, LaterStepOfTheSameTagTakesTheCopysPlace)
+{
+    m_input.m_time.m_vecNtCell = { 300000 };
+    m_input.m_time.m_vecTLen = { 300000.0 };
+    write_file(at("Grid_Output/VRK.grid.dat"), "# 1 2 3\nrest\n");
+    save_grids(100000);
+    archive_segment(m_input, 1, 200000, false);
+    EXPECT_EQ(grids(), "case_00000.Grd");
+    EXPECT_EQ(grid("00000"), "# 1 2 3 200000 0\nrest\n\n");
+}
+
 // 100000 + 4294967295 = 4295067295
 TEST_F(SegmentArchive, HighestStepNumberEndsTheSegment)
 {
