@@ -21,7 +21,7 @@ enum Linked { Nobody = 0, GridGen = 1, PreCalc, Adapter, Extractor, RotorProg, S
 
 struct Row {
     VRK::ControllerStep step;
-    Linked told; ///< who gets the stop
+    Linked stopped; ///< who gets the stop
 };
 
 void PrintTo(const Row& row, std::ostream* stream) { *stream << "step " << row.step; }
@@ -47,7 +47,7 @@ std::string record(int link, std::size_t offset, std::size_t length)
 }
 
 /// Numbers of the links whose record has the flag for a stop.
-std::string told()
+std::string stopped_links()
 {
     std::string all;
     for (int link = GridGen; link <= Solver; ++link) {
@@ -95,7 +95,8 @@ TEST_P(StopTable, StopReachesTheProgramOfTheStepAlone)
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "unflushed");
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(told(), GetParam().told == Nobody ? "" : std::to_string(GetParam().told));
+    EXPECT_EQ(
+        stopped_links(), GetParam().stopped == Nobody ? "" : std::to_string(GetParam().stopped));
     EXPECT_EQ(record(0, 4, 4), "f8 ff ff ff") << "the front end sees -8";
     EXPECT_EQ(read_file(at("done.txt")), "-8\n");
     for (int link = 0; link <= Solver; ++link)
