@@ -8,6 +8,9 @@
 #include "tavrobase/StringUtilities.h"
 #include "tavrobase/platform/Processes.h"
 
+#include <filesystem>
+#include <system_error>
+
 namespace StepProgram {
 
 namespace {
@@ -89,7 +92,10 @@ bool is_threaded(const VRK::ControllerInput& input) { return input.m_shtParallel
 void remember_program_directory(const std::string& startedAs)
 {
     const std::string program = absolute_text(program_path(startedAs));
-    program_directory() = Tavro::AsWritten(program.substr(0, program.rfind('/') + 1));
+    const std::string directory = program.substr(0, program.rfind('/') + 1);
+    std::error_code error; // a directory that cannot be resolved is taken as it was given
+    const auto resolved = std::filesystem::canonical(directory, error);
+    program_directory() = Tavro::AsWritten(error ? directory : (resolved / "").string());
 }
 
 bool run_beside_controller(

@@ -189,9 +189,8 @@ TEST_F(StartOfRun, DirectoryThatIsMissingIsNotMade)
 {
     start({ "-input=" + aside("nowhere/wing.vrk") });
     EXPECT_EQ(finish(), "255");
-    EXPECT_EQ(inherited(),
-        "CONTROLLER ERROR: Could not create the log directory " + aside("nowhere/Process_Output/")
-            + "\n");
+    // There is no log to which it could go.
+    EXPECT_EQ(inherited(), kUnreadable);
     EXPECT_FALSE(file_exists(aside("nowhere")));
     EXPECT_EQ(files(), "");
     EXPECT_EQ(children(), "");
@@ -200,6 +199,18 @@ TEST_F(StartOfRun, DirectoryThatIsMissingIsNotMade)
 TEST_F(StartOfRun, NothingIsMadeAtTheTopOfTheFileSystem)
 {
     expect_case_path("wing.vrk", root());
+    for (const char* name : { "/Process_Output", "/Debug_Files", "/Grid_Output", "/Solver_Input" })
+        EXPECT_FALSE(file_exists(name)) << name;
+}
+
+TEST_F(StartOfRun, CaseAtTheTopOfTheFileSystemIsRefused)
+{
+    std::string said; // the starts share one file
+    for (const char* path : { "/", "/wing.vrk", "//wing.vrk" }) {
+        start({ std::string("-input=") + path });
+        EXPECT_EQ(finish(), "255") << path;
+        EXPECT_EQ(inherited(), said += kUnreadable) << path;
+    }
     for (const char* name : { "/Process_Output", "/Debug_Files", "/Grid_Output", "/Solver_Input" })
         EXPECT_FALSE(file_exists(name)) << name;
 }
