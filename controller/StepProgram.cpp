@@ -43,18 +43,6 @@ bool general_succeeded(const Tavro::GeneralConLink& link)
     return link.GetSuccessfulCompletion(succeeded) == Tavro::LinkManager::Success && succeeded;
 }
 
-/// The path by which the program was started, as far as it can be told.
-std::string program_path(const std::string& startedAs)
-{
-    if (startedAs.find('/') != std::string::npos)
-        return startedAs;
-    // As a shell finds it, unless it is another program of that name: whoever starts us by our path
-    // may call us what he likes.
-    const std::string found = Tavro::GetExecutablePath(startedAs).Get();
-    const std::string running = Tavro::Platform::executable_path().value_or(found);
-    return Tavro::LeadToOneFile(found, running) ? found : running;
-}
-
 } // namespace
 
 void report_link_failure(const char* words, Tavro::LinkManager::Result result)
@@ -91,7 +79,9 @@ bool is_threaded(const VRK::ControllerInput& input) { return input.m_shtParallel
 
 void remember_program_directory(const std::string& startedAs)
 {
-    const std::string program = absolute_text(program_path(startedAs));
+    // Whoever starts us may call us what he likes: the path of the start is what counts.
+    const std::string program
+        = absolute_text(Tavro::Platform::executable_path().value_or(startedAs));
     const std::string directory = program.substr(0, program.rfind('/') + 1);
     std::error_code error; // a directory that cannot be resolved is taken as it was given
     const auto resolved = std::filesystem::canonical(directory, error);

@@ -73,8 +73,8 @@ void add_threads(std::vector<std::string>& arguments, const VRK::ControllerInput
 /// Whether the case asks for the threaded programs.
 [[nodiscard]] bool is_threaded(const VRK::ControllerInput& input);
 
-/// Notes where the controller's own executable lies, from the name by which it was started. To be
-/// called before the working directory changes.
+/// Notes where the controller's own executable lies. `startedAs` is its first argument, for a
+/// system that cannot tell. To be called before the working directory changes.
 void remember_program_directory(const std::string& startedAs);
 
 /// Runs a program that lies beside the controller's executable, and waits for its end. False, with

@@ -51,7 +51,9 @@ struct CapturedRun {
 
 [[nodiscard]] long long current_process_id();
 
-/// Path of the executable that this process runs; nothing if the system cannot tell.
+/// Path by which this process was started, whatever name it was given: of a link, not of what it
+/// leads to. A relative one is seen from the working directory at the start. Nothing if the system
+/// cannot tell.
 [[nodiscard]] std::optional<std::string> executable_path();
 
 } // namespace Tavro::Platform

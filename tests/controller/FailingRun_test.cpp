@@ -355,6 +355,19 @@ protected:
     }
 };
 
+TEST_F(UncaughtException, TargetBeyondAllStepsEndsAnAdaptiveRunThatWouldGoBack)
+{
+    make_adaptive(4294967294, 0);
+    m_case.m_time.m_vecNtCell.back() = 4294967295U - 4;
+    m_case.m_bLSaveHstFASTSln = false;
+    m_case.m_bLSaveHstBdyPrs = false;
+    make_restart(4294967294);
+    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(errors(),
+        "CONTROLLER ERROR: uncaught exception: The next target of the adaptation lies beyond all "
+        "steps\n");
+}
+
 TEST_F(UncaughtException, PeriodZeroEndsAnAdaptiveRunAtItsFirstSegment)
 {
     make_adaptive(0, 0);

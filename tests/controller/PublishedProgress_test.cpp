@@ -174,6 +174,30 @@ TEST_F(CompletionFile, ThatCannotBeOpenedDoesNotEndTheRun)
     EXPECT_FALSE(file_exists(root("missing")));
 }
 
+TEST_F(CompletionFile, WithoutADirectoryIsOneOfTheRunWhereverTheRunIs)
+{
+    m_case.m_fpCompletionFile = Tavro::FilePath("completion");
+    plan("TreeGen 1 fail"); // in the grid's directory
+    EXPECT_EQ(run(), "status 255, step -3, file -3<end>");
+    EXPECT_FALSE(file_exists(root("Grid_Output/completion")));
+}
+
+TEST_F(CompletionFile, LongerWordOfAnEarlierRunLeavesNothingBehind)
+{
+    m_case.m_bGridOnly = true;
+    write_file(root("completion"), "-17 and more\nof it\n");
+    EXPECT_EQ(run(), "status 0, step 8, file 8<end>");
+    EXPECT_EQ(completion(), "8\n");
+}
+
+TEST_F(CompletionFile, BehindALinkIsWrittenWhereTheLinkLeads)
+{
+    m_case.m_bGridOnly = true;
+    make_link(aside("word"), root("completion"));
+    EXPECT_EQ(run(), "status 0, step 8, file 8<end>");
+    EXPECT_EQ(read_file(aside("word")), "8\n");
+}
+
 // A link that cannot be written; the front end's record has got another size. The steps that the
 // programs find on it are then 0.
 class BrokenLink : public ControllerRun { };

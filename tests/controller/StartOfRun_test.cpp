@@ -118,6 +118,26 @@ TEST_F(StartOfRun, FindsProgramsBesideAControllerFoundThroughPath)
     expect_start_as("Vortik_Controller", root());
 }
 
+TEST_F(StartOfRun, FindsProgramsBesideItselfWhenAnotherControllerIsOnThePath)
+{
+    make_directory(aside("other"));
+    make_link("/bin/true", aside("other/Vortik_Controller"));
+    set("PATH", aside("other") + ":/usr/bin");
+    expect_start_as("Vortik_Controller", root());
+}
+
+TEST_F(StartOfRun, RunsInADirectoryWhoseNameHasATildeInIt)
+{
+    std::filesystem::rename(root(), aside("run~1"));
+    make_link(aside("run~1"), root());
+    save_case();
+    set("HOME", "/nowhere");
+    start({ "-input=wing.vrk" }, "", aside("run~1"));
+    EXPECT_EQ(ending(), kComplete);
+    EXPECT_EQ(sequence(), "19 TreeGen");
+    EXPECT_EQ(errors(), "");
+}
+
 TEST_F(StartOfRun, FindsProgramsBesideAControllerFoundThroughARelativePath)
 {
     set("PATH", "/nowhere:programs");
