@@ -18,6 +18,7 @@
 #include "tavrobase/FileUtilities.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/platform/Errors.h"
+#include "tavrobase/platform/Processes.h"
 
 namespace {
 
@@ -80,7 +81,8 @@ bool enter_run(int argc, const char* const* argv, Tavro::FilePath& caseFile)
         LinkManager::Shutdown();
         return false;
     }
-    StepProgram::remember_program_directory(argv[0]);
+    // Whoever starts us may call us what he likes: the path of the start is what counts.
+    StepProgram::remember_program_directory(Tavro::Platform::executable_path().value_or(argv[0]));
     caseFile = case_path(value);
     const std::string root = directory_of(caseFile);
     if (root.empty()) // a run fills its root with directories: not the top of the file system

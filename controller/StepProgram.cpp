@@ -6,7 +6,6 @@
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/ProcessExecution.h"
 #include "tavrobase/StringUtilities.h"
-#include "tavrobase/platform/Processes.h"
 
 #include <filesystem>
 #include <system_error>
@@ -77,11 +76,9 @@ void add_threads(std::vector<std::string>& arguments, const VRK::ControllerInput
 
 bool is_threaded(const VRK::ControllerInput& input) { return input.m_shtParallelMode == 1; }
 
-void remember_program_directory(const std::string& startedAs)
+void remember_program_directory(const std::string& controller)
 {
-    // Whoever starts us may call us what he likes: the path of the start is what counts.
-    const std::string program
-        = absolute_text(Tavro::Platform::executable_path().value_or(startedAs));
+    const std::string program = absolute_text(controller);
     const std::string directory = program.substr(0, program.rfind('/') + 1);
     std::error_code error; // a directory that cannot be resolved is taken as it was given
     const auto resolved = std::filesystem::canonical(directory, error);

@@ -73,9 +73,9 @@ void add_threads(std::vector<std::string>& arguments, const VRK::ControllerInput
 /// Whether the case asks for the threaded programs.
 [[nodiscard]] bool is_threaded(const VRK::ControllerInput& input);
 
-/// Notes where the controller's own executable lies. `startedAs` is its first argument, for a
-/// system that cannot tell. To be called before the working directory changes.
-void remember_program_directory(const std::string& startedAs);
+/// Notes where the controller's own executable lies, from its path. To be called before the working
+/// directory changes.
+void remember_program_directory(const std::string& controller);
 
 /// Runs a program that lies beside the controller's executable, and waits for its end. False, with
 /// a text in `error`, if it could not be started.
