@@ -359,8 +359,7 @@ TEST_F(UncaughtException, TargetBeyondAllStepsEndsAnAdaptiveRunThatWouldGoBack)
 {
     make_adaptive(4294967294, 0);
     m_case.m_time.m_vecNtCell.back() = 4294967295U - 4;
-    m_case.m_bLSaveHstFASTSln = false;
-    m_case.m_bLSaveHstBdyPrs = false;
+    m_case.m_uintIterFASTSln = 0; // no looking through them all for a saved solution
     make_restart(4294967294);
     EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
     EXPECT_EQ(errors(),
