@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/controller/chain/Reaper.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+
+namespace Testing {
+
+namespace {
+
+std::string content(const std::filesystem::path& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(stream), {} };
+}
+
+// The fourth field; the second is a name in brackets that may hold anything.
+pid_t parent_of(const std::string& stat)
+{
+    const auto bracket = stat.rfind(')');
+    return bracket == std::string::npos || stat.size() < bracket + 4
+        ? -1
+        : std::atoi(stat.c_str() + bracket + 4);
+}
+
+} // namespace
+
+void adopt_orphans() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
+
+std::optional<int> end_of(pid_t pid)
+{
+    static std::map<pid_t, int> s_ends;
+    int status = 0;
+    for (pid_t ended = 0; (ended = ::waitpid(-1, &status, WNOHANG)) > 0;)
+        s_ends[ended] = status;
+    const auto found = s_ends.find(pid);
+    if (found == s_ends.end())
+        return std::nullopt;
+    return found->second;
+}
+
+std::vector<RunProcess> processes_of(const std::string& directory)
+{
+    std::vector<RunProcess> processes;
+    std::error_code gone; // processes end while the list is read
+    for (const auto& entry : std::filesystem::directory_iterator("/proc", gone)) {
+        const pid_t pid = std::atoi(entry.path().filename().c_str());
+        if (pid <= 0)
+            continue;
+        const std::string words = content(entry.path() / "cmdline");
+        if (words.find(directory + "/") == std::string::npos)
+            continue;
+        processes.push_back({ pid, parent_of(content(entry.path() / "stat")), words.c_str() });
+    }
+    return processes;
+}
+
+} // namespace Testing
