@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 
 #include <sys/prctl.h>
@@ -14,10 +13,13 @@ namespace Testing {
 
 namespace {
 
+/// Empty if the process ends while it is read.
 std::string content(const std::filesystem::path& path)
 {
+    std::string text;
     std::ifstream stream(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(stream), {} };
+    std::getline(stream, text, '\n'); // the words of a command are parted by zeros
+    return text;
 }
 
 // The fourth field; the second is a name in brackets that may hold anything.
