@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <sstream>
 
 namespace Testing {
 
@@ -72,6 +73,14 @@ private:
     std::vector<ExpectedStart> m_starts;
 };
 
+/// One start of the solver in an adaptive run.
+struct Segment {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0; ///< may lie beyond the last step
+    bool isCycle = false; ///< there is an adaptation before it
+    bool isNewGrid = true; ///< for readers of the history
+};
+
 /// Length of a segment without an adaptation that begins at `step`.
 std::uint32_t plain_length(const VRK::ControllerInput& input, std::uint32_t step)
 {
@@ -80,6 +89,35 @@ std::uint32_t plain_length(const VRK::ControllerInput& input, std::uint32_t step
     if (step < adapt.m_uintStart)
         return std::max(adapt.m_uintStart - step, toPeriod);
     return adapt.m_bUseEnd && step >= adapt.m_uintEnd ? steps_of(input) - step : toPeriod;
+}
+
+std::vector<Segment> segments_of(const VRK::ControllerInput& input, std::uint32_t restartStep)
+{
+    const VRK::AdaptiveData& adapt = input.m_adapt;
+    std::vector<Segment> segments;
+    for (std::uint32_t step = input.m_bRestart ? restartStep : 0; step < steps_of(input);) {
+        const bool within
+            = step >= adapt.m_uintStart && !(adapt.m_bUseEnd && step >= adapt.m_uintEnd);
+        Segment segment { step };
+        segment.isCycle = within && step != 0 && step % adapt.m_uintPeriod == 0;
+        segment.end = step + (segment.isCycle ? adapt.m_uintPeriod : plain_length(input, step));
+        segment.isNewGrid = segment.isCycle || !adapt.m_bUseEnd || adapt.m_uintEnd > step + 1;
+        segments.push_back(segment);
+        step = segment.end;
+    }
+    return segments;
+}
+
+std::string stamp(const VRK::ControllerInput& input, std::uint32_t step, bool isNewGrid)
+{
+    std::ostringstream text;
+    text << 0.125 * std::min(step, steps_of(input)) << (isNewGrid ? " 1" : " 0");
+    return text.str();
+}
+
+bool is_due(bool saved, std::uint32_t period, std::uint32_t step)
+{
+    return saved && period != 0 && step % period == 0;
 }
 
 } // namespace
@@ -98,23 +136,37 @@ std::vector<ExpectedStart> expected_starts(
         run.new_run();
     if (!input.m_bRestart && input.m_bGridOnly)
         return run.starts();
-    const VRK::AdaptiveData& adapt = input.m_adapt;
-    if (!adapt.m_bAdaptive) {
+    if (!input.m_adapt.m_bAdaptive) {
         run.solver(-7);
         return run.starts();
     }
-    for (std::uint32_t step = input.m_bRestart ? restartStep : 0; step < steps_of(input);) {
-        const bool within
-            = step >= adapt.m_uintStart && !(adapt.m_bUseEnd && step >= adapt.m_uintEnd);
-        if (within && step != 0 && step % adapt.m_uintPeriod == 0) {
+    for (const Segment& segment : segments_of(input, restartStep)) {
+        if (segment.isCycle)
             run.cycle();
-            step += adapt.m_uintPeriod;
-        } else {
-            step += plain_length(input, step);
-        }
         run.solver(-17);
     }
     return run.starts();
+}
+
+ExpectedArchive expected_archive(const VRK::ControllerInput& input, std::uint32_t restartStep)
+{
+    ExpectedArchive archive;
+    archive.grids[input.m_strCaseName + "_00000.Grd"] = "0.0 1";
+    for (const Segment& segment : segments_of(input, restartStep)) {
+        bool isNewGrid = segment.isNewGrid;
+        for (std::uint32_t step = segment.begin + 1; step <= segment.end; ++step) {
+            const std::string name
+                = input.m_strCaseName + "_" + std::to_string(100000 + step).substr(1);
+            const bool last = step == steps_of(input);
+            if (last || is_due(input.m_bLSaveHstBdyPrs, input.m_uintIterBdyPrs, step))
+                archive.bodies.insert(name + "_body.Grd");
+            if (last || is_due(input.m_bLSaveHstFASTSln, input.m_uintIterFASTSln, step)) {
+                archive.grids[name + ".Grd"] = stamp(input, step, isNewGrid);
+                isNewGrid = false;
+            }
+        }
+    }
+    return archive;
 }
 
 } // namespace Testing

@@ -4,6 +4,8 @@
 #include "case/ControllerInput.h"
 
 #include <cstdint>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,18 @@ struct ExpectedStart {
 
 /// All starts of a run, in their order. `restartStep` is that of the restart file.
 [[nodiscard]] std::vector<ExpectedStart> expected_starts(
+    const VRK::ControllerInput& input, std::uint32_t restartStep);
+
+/// What the archive of an adaptive run holds when it is complete, beside what former runs have
+/// left.
+struct ExpectedArchive {
+    /// By their names in the grid history: end of the first line, from the time on.
+    std::map<std::string, std::string> grids;
+    std::set<std::string> bodies; ///< names among the body pressures
+};
+
+/// Of a case in which each step takes 0.125.
+[[nodiscard]] ExpectedArchive expected_archive(
     const VRK::ControllerInput& input, std::uint32_t restartStep);
 
 [[nodiscard]] std::uint32_t steps_of(const VRK::ControllerInput& input);

@@ -68,6 +68,9 @@ public:
         const int disturbed = m_done;
         if (m_sound) // whatever has happened to a directory
             take_round(true, false);
+        if (m_cases >= 100 && m_sound
+            && (m_outcomes.size() != 4 || m_killedChildren == 0 || m_cleanRounds == 0))
+            fail("chance has left out a way to end");
         const auto time = std::chrono::steady_clock::now() - begin;
         std::printf("seed %llu: %d runs and %d undisturbed ones at the end, %d restarts, "
                     "%d adaptive; ",
@@ -131,6 +134,7 @@ private:
     {
         ++m_done;
         ++m_outcomes[run.outcome()];
+        m_killedChildren += run.killed_a_child() ? 1 : 0;
         m_starts += run.starts();
         if (!run.fault().empty())
             fail(run.fault());
@@ -165,6 +169,7 @@ private:
     int m_adaptive = 0;
     int m_cleanRounds = 0;
     int m_deaths = 0;
+    int m_killedChildren = 0;
     std::size_t m_starts = 0;
     std::map<std::string, int> m_outcomes;
     bool m_sound = true;

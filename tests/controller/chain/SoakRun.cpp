@@ -2,7 +2,7 @@
 #include "tests/controller/chain/SoakRun.h"
 
 #include "standins/cards/RestartFile.h"
-#include "tests/controller/chain/Leftovers.h"
+#include "tests/support/Files.h"
 #include "tests/support/Programs.h"
 
 #include <algorithm>
@@ -271,7 +271,27 @@ std::string SoakRun::judge_complete() const
         return "its solver complains";
     const auto restart
         = Standins::read_restart_file(m_front->path("Restarts/" + m_input.m_strCaseName + ".Rst"));
-    return restart.m_uintStep == steps_of(m_input) ? "" : "its solver ended at another step";
+    if (restart.m_uintStep != steps_of(m_input))
+        return "its solver ended at another step";
+    return m_input.m_adapt.m_bAdaptive ? judge_archive() : "";
+}
+
+std::string SoakRun::judge_archive() const
+{
+    const ExpectedArchive archive = expected_archive(m_input, m_restartStep);
+    for (const auto& [name, stamp] : archive.grids) {
+        const std::string grid = m_front->text("Grid_Output/Grid_History/" + name);
+        // A restart has the starting grid, and what it does not write again, from before.
+        if (!grid.substr(0, grid.find('\n')).ends_with(" " + stamp))
+            return "its history has not " + name + " of " + stamp;
+    }
+    for (const std::string& name : archive.bodies)
+        if (m_front->text("Body_Pressure/" + name).size() < 52) // the header at least
+            return "it has not the body grid " + name;
+    const auto names = names_in(m_front->path("Grid_Output/Grid_History"));
+    return m_input.m_bRestart || names.size() == archive.grids.size()
+        ? ""
+        : "its history has more than it should have";
 }
 
 /// The last program that was announced is the one that has failed.

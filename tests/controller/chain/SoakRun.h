@@ -41,6 +41,7 @@ public:
     /// Processes that had no chance to give back what they had.
     [[nodiscard]] int deaths() const { return m_deaths; }
     [[nodiscard]] std::size_t starts() const { return m_front->starts().size(); }
+    [[nodiscard]] bool killed_a_child() const { return !m_killedChild.empty(); }
     /// Everything there is to know of it.
     [[nodiscard]] std::string report() const;
 
@@ -56,6 +57,7 @@ private:
     void judge();
     [[nodiscard]] std::string judge_logs() const;
     [[nodiscard]] std::string judge_complete() const;
+    [[nodiscard]] std::string judge_archive() const;
     [[nodiscard]] std::string judge_failed() const;
     [[nodiscard]] std::string judge_killed() const;
     [[nodiscard]] bool fault_struck() const;
