@@ -170,6 +170,8 @@ private:
     [[nodiscard]] CellIt FindOrAddCell(std::span<const std::span<const EdgeIt>> rings);
     /// Of the edges ab, ac, ad, bc, cd, db.
     [[nodiscard]] CellIt FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges);
+    /// Step by step, so that what is wrong with the cell comes to light.
+    void SplitIrregularCell(CellIt cell);
 };
 
 } // namespace BasicMorpher

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "geometry/basicmorpher/BasicMorpher.h"
+#include "geometry/basicmorpher/CellParts.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -123,6 +125,36 @@ void BasicMorpher::GetFaceSetRawEdges(const FaceSet& faces, EdgeSet& edges) cons
 }
 
 void BasicMorpher::SplitCell(CellIt cell)
+{
+    const CellParts parts(*cell);
+    if (!parts.AreRegular()) {
+        SplitIrregularCell(cell);
+        return;
+    }
+    const std::span<const CellParts::Part> found = parts.Parts();
+    if (found.size() < 2)
+        return;
+    std::array<FaceSet, CellParts::kMaxParts> sets;
+    std::array<bool, CellParts::kMaxParts> closed {};
+    std::vector<FaceIt> caps;
+    caps.reserve(2);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        GenerateRawEdgeFaces(found[i].m_rim, caps);
+        sets[i] = parts.FacesOf(found[i]);
+        closed[i] = parts.AreCaps(found[i], caps);
+        for (const FaceIt cap : caps)
+            (void)sets[i].insert(cap); // one that is there already does not close the part
+    }
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (!closed[i])
+            CheckClosed(sets[i]);
+        AddCell(Cell({ sets[i].begin(), sets[i].size() }));
+    }
+    RemoveCell(cell);
+    ++m_counters.m_splitCells;
+}
+
+void BasicMorpher::SplitIrregularCell(CellIt cell)
 {
     std::vector<FaceSet> sets;
     GetSurfaceSeparatedFaceSets(cell, sets);
