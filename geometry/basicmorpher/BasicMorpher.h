@@ -126,10 +126,15 @@ public:
         for (FaceIt face = m_lstFaces.begin(); face != m_lstFaces.end(); ++face) {
             if (face->m_vecEdges.size() != 3)
                 continue;
+            // One after another: nearly all faces are passed over at their first corner.
             const VertIt v0 = face->GetVert(0);
+            if (!v0->m_bOnSurface)
+                continue;
             const VertIt v1 = face->GetVert(1);
+            if (!v1->m_bOnSurface)
+                continue;
             const VertIt v2 = face->GetVert(2);
-            if (v0->m_bOnSurface && v1->m_bOnSurface && v2->m_bOnSurface)
+            if (v2->m_bOnSurface)
                 surface.push_front(Facet { v0->m_vPosition, v1->m_vPosition, v2->m_vPosition });
         }
     }
