@@ -134,7 +134,7 @@ private:
 
     std::uint32_t m_uiSize = 0;
     std::uint32_t m_uiCapacity = InlineCapacity;
-    alignas(T) std::byte m_storage[InlineCapacity * sizeof(T)]; ///< the values or their address
+    alignas(T) std::byte m_storage[InlineCapacity * sizeof(T)] {}; ///< the values or their address
 };
 
 } // namespace BasicMorpher
