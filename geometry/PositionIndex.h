@@ -16,14 +16,34 @@ class PositionIndex {
 public:
     static constexpr std::uint32_t kAbsent = 0xFFFFFFFF;
 
+    /// Mixes all bits into the upper half and takes that; the constants are odd numbers with evenly
+    /// spread bits.
+    [[nodiscard]] static std::uint32_t Hash(const Vector<double, 3>& position)
+    {
+        std::uint64_t hash = 0;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            hash ^= std::bit_cast<std::uint64_t>(position[axis] + 0.0); // -0 becomes 0
+            hash *= 0x9E3779B97F4A7C15;
+            hash ^= hash >> 29;
+        }
+        hash *= 0xBF58476D1CE4E5B9;
+        return static_cast<std::uint32_t>(hash >> 32);
+    }
+
     /// `positionOf(number)` gives the position of an entry.
     template <typename PositionOf>
     [[nodiscard]] std::uint32_t Find(
         const Vector<double, 3>& position, const PositionOf& positionOf) const
     {
+        return Find(position, Hash(position), positionOf);
+    }
+    /// The same, if the hash is known.
+    template <typename PositionOf>
+    [[nodiscard]] std::uint32_t Find(
+        const Vector<double, 3>& position, std::uint32_t hash, const PositionOf& positionOf) const
+    {
         if (m_slots.empty())
             return kAbsent;
-        const std::uint32_t hash = Hash(position);
         for (std::size_t i = hash & Mask(); m_slots[i].m_uiNumber != kAbsent;
              i = (i + 1) & Mask()) {
             if (m_slots[i].m_uiHash == hash
@@ -49,19 +69,6 @@ private:
 
     static constexpr std::size_t kLeastSlots = 64;
 
-    /// Mixes all bits into the upper half and takes that; the constants are odd numbers with evenly
-    /// spread bits.
-    [[nodiscard]] static std::uint32_t Hash(const Vector<double, 3>& position)
-    {
-        std::uint64_t hash = 0;
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            hash ^= std::bit_cast<std::uint64_t>(position[axis] + 0.0); // -0 becomes 0
-            hash *= 0x9E3779B97F4A7C15;
-            hash ^= hash >> 29;
-        }
-        hash *= 0xBF58476D1CE4E5B9;
-        return static_cast<std::uint32_t>(hash >> 32);
-    }
     [[nodiscard]] std::size_t Mask() const { return m_slots.size() - 1; }
     void Place(const Slot& entry)
     {

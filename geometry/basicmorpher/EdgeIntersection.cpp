@@ -3,6 +3,7 @@
 #include "geometry/basicmorpher/EdgeCrossing.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -39,7 +40,7 @@ CellIt CellOfFewestFacets(const Edge& edge)
     return least;
 }
 
-/// Facets made ready for the test. Edges that follow each other mostly meet the same ones.
+/// Facets made ready for the test, kept until others are asked for.
 class ReadyFacets {
 public:
     const std::vector<EdgeCrossing::GrownTriangle>& Of(const FacetArray& facets, double tolerance)
@@ -58,10 +59,24 @@ private:
     std::vector<EdgeCrossing::GrownTriangle> m_ready;
 };
 
+/// Edges that follow each other mostly meet the facets of a few cells beside each other.
+class ReadyFacetsOfCells {
+public:
+    const std::vector<EdgeCrossing::GrownTriangle>& Of(const FacetArray& facets, double tolerance)
+    {
+        // The upper bits of a product with an odd number whose bits are evenly spread.
+        const auto address = reinterpret_cast<std::uintptr_t>(facets.begin());
+        return m_ready[std::uint64_t { address } * 0x9E3779B97F4A7C15 >> 58U].Of(facets, tolerance);
+    }
+
+private:
+    std::array<ReadyFacets, 64> m_ready;
+};
+
 /// Leaves the least and the greatest parameter in y and z of the edges that are crossed.
 void SeekCrossings(BasicMorpher& morpher)
 {
-    ReadyFacets ready;
+    ReadyFacetsOfCells ready;
     for (Edge& edge : morpher.m_lstEdges) {
         const CellIt cell = CellOfFewestFacets(edge);
         if (cell == CellIt() || cell->m_vecTriangles.empty())

@@ -6,7 +6,9 @@
 #include "geometry/basicmorpher/Elements.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
+#include <vector>
 
 namespace BasicMorpher {
 
@@ -19,13 +21,23 @@ public:
     /// None if nothing was entered there.
     [[nodiscard]] VertIt Find(const Position& position) const
     {
-        const std::uint32_t found = FindNumber(position);
-        return found == Tavro::PositionIndex::kAbsent ? VertIt() : m_entries[found].m_itVert;
+        const std::uint32_t hash = Tavro::PositionIndex::Hash(position);
+        if (!m_recent.empty()) {
+            const Entry& recent = m_recent[hash % kRecent];
+            if (Tavro::SamePosition(recent.m_vPosition, position) && recent.m_itVert != VertIt())
+                return recent.m_itVert;
+        }
+        const std::uint32_t found = FindNumber(position, hash);
+        if (found == Tavro::PositionIndex::kAbsent)
+            return {};
+        m_recent[hash % kRecent] = m_entries[found];
+        return m_entries[found].m_itVert;
     }
     /// Replaces what was entered there before.
     void Enter(const Position& position, VertIt vert)
     {
-        std::uint32_t number = FindNumber(position);
+        const std::uint32_t hash = Tavro::PositionIndex::Hash(position);
+        std::uint32_t number = FindNumber(position, hash);
         if (number == Tavro::PositionIndex::kAbsent) {
             number = static_cast<std::uint32_t>(m_entries.size());
             m_entries.push_back({ position, vert });
@@ -34,6 +46,8 @@ public:
                 m_uiFirst = number;
         }
         m_entries[number].m_itVert = vert;
+        m_recent.resize(kRecent);
+        m_recent[hash % kRecent] = { position, vert };
     }
     /// The entry of the lexicographically least position; there must be one.
     [[nodiscard]] VertIt First() const { return m_entries[m_uiFirst].m_itVert; }
@@ -44,15 +58,20 @@ private:
         VertIt m_itVert;
     };
 
-    [[nodiscard]] std::uint32_t FindNumber(const Position& position) const
+    static constexpr std::size_t kRecent = 8192; // fits into the cache of a core
+
+    [[nodiscard]] std::uint32_t FindNumber(const Position& position, std::uint32_t hash) const
     {
-        return m_index.Find(position,
+        return m_index.Find(position, hash,
             [this](std::uint32_t i) -> const Position& { return m_entries[i].m_vPosition; });
     }
 
     std::deque<Entry> m_entries; // a growing vector would need twice the memory while it moves
     Tavro::PositionIndex m_index;
     std::uint32_t m_uiFirst = 0;
+    /// By hash, the entry used last: cells beside each other are added one after the other, and
+    /// share most of their corners. Empty, or `kRecent` of them.
+    mutable std::vector<Entry> m_recent;
 };
 
 } // namespace BasicMorpher
