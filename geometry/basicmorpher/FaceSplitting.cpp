@@ -118,6 +118,10 @@ bool BasicMorpher::SplitCaracterizedFace(FaceIt face, const SplitSlots& slots)
         + (IsNone(slots[S2]) ? 0U : 4U);
     if (sides == 0)
         return false;
+    // The sides forget the face before they get its pieces, so that their arrays hardly ever
+    // outgrow the memory that they have.
+    for (const EdgeIt side : face->m_vecEdges)
+        (void)side->m_vecFaces.Delete(face);
     SmallArray<FaceIt, 4> faces;
     for (const Piece& piece : kPieces[sides]) {
         if (piece == kNoPiece)
@@ -127,6 +131,10 @@ bool BasicMorpher::SplitCaracterizedFace(FaceIt face, const SplitSlots& slots)
         for (unsigned int i = 0; i < count; ++i)
             ring.push_back(FindOrAddEdge(slots[piece[i]], slots[piece[(i + 1) % count]]));
         faces.push_back(AddFace(Face({ ring.data(), ring.size() })));
+    }
+    for (const EdgeIt side : face->m_vecEdges) {
+        if (side->m_vecFaces.empty())
+            side->m_vecFaces.push_back(face); // no piece uses it: it goes with the face
     }
     ReplaceOverlappingFace(face, { faces.data(), faces.size() });
     for (const FaceIt added : faces)

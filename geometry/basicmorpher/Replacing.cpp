@@ -45,13 +45,20 @@ void BasicMorpher::ReplaceOverlappingEdge(EdgeIt edge, EdgeIt half0, EdgeIt half
         if (replacement.m_vecEdges.size() != ring.size() + 1)
             throw BasicMorpherException("Face did not contain edge marked adjacent to it.");
 
-        const FaceIt added = AddFace(replacement);
+        const FaceIt added = m_lstFaces.emplace_front(replacement);
+        for (const EdgeIt side : added->m_vecEdges) {
+            // Losing the former face first, arrays hardly ever outgrow the memory that they have.
+            (void)side->m_vecFaces.Delete(former); // the halves never had it
+            side->m_vecFaces.push_back(added);
+        }
         for (const CellIt cell : former->m_vecCells) {
             added->m_vecCells.push_back(cell);
+            (void)cell->m_vecFaces.Delete(former);
             cell->m_vecFaces.push_back(added);
-            cell->m_vecFaces.Delete(former);
         }
         former->m_vecCells.clear();
+        former->m_vecEdges.clear();
+        former->m_vecEdges.push_back(edge); // the only one that still knows it
     }
     for (const FaceIt former : formerFaces)
         RemoveFace(former);
