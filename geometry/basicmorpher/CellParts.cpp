@@ -16,6 +16,9 @@ std::uint32_t TakeLowest(std::uint32_t& bits)
     return lowest;
 }
 
+/// Of some bits. `std::has_single_bit` counts them all, which takes a call on plain processors.
+bool IsSingle(std::uint32_t bits) { return (bits & (bits - 1)) == 0; }
+
 } // namespace
 
 CellParts::CellParts(const Cell& cell)
@@ -43,7 +46,7 @@ bool CellParts::AddFaces()
             const std::uint32_t slot = SlotOf(edge);
             if (m_aSlots[slot] != 0) {
                 std::uint32_t& faces = m_aFacesOn[m_aSlots[slot] - 1U];
-                if ((faces & bit) != 0 || !std::has_single_bit(faces))
+                if ((faces & bit) != 0 || !IsSingle(faces))
                     return false;
                 faces |= bit;
                 continue;
@@ -58,7 +61,7 @@ bool CellParts::AddFaces()
         bit <<= 1U;
     }
     return std::none_of(m_aFacesOn.begin(), m_aFacesOn.begin() + m_uiEdges,
-        [](std::uint32_t faces) { return std::has_single_bit(faces); });
+        [](std::uint32_t faces) { return IsSingle(faces); });
 }
 
 bool CellParts::FindParts()
@@ -82,11 +85,12 @@ bool CellParts::FindParts()
             group |= reached;
         }
         visited |= group;
-        // A single face has none but surface edges here, so that it lies on the surface.
-        const int faces = std::popcount(group);
-        if (faces == 1)
+        // A single face has none but surface edges here, so that it lies on the surface; two
+        // faces bound nothing.
+        const std::uint32_t others = group & (group - 1);
+        if (others == 0)
             continue;
-        if (faces == 2 || m_uiParts == kMaxParts)
+        if (IsSingle(others) || m_uiParts == kMaxParts)
             return false;
         m_aParts[m_uiParts++].m_uiFaces = group;
     }
@@ -102,7 +106,7 @@ bool CellParts::FindRim(Part& part) const
         const std::uint32_t faces = m_aFacesOn[i] & part.m_uiFaces;
         if (!IsSurface(i) || faces == 0)
             continue;
-        if (!std::has_single_bit(faces))
+        if (!IsSingle(faces))
             return false; // inside the part, where no surface edge belongs
         (void)part.m_rim.insert(m_aEdges[i]); // each comes once
     }
