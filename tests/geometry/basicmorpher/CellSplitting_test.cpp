@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "geometry/basicmorpher/CellParts.h"
 #include "tests/geometry/basicmorpher/CuttingSamples.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,7 @@
 namespace {
 
 using namespace Testing;
+using ::BasicMorpher::CellParts;
 
 /// A tetrahedron with its tip t cut off at the surface corners p, q and r; its base is x, y, z.
 /// The sides are cut into triangles (t, p, q)... at the tip and quadrangles (p, x, y, q)... below.
@@ -279,6 +281,57 @@ TEST(SplitCell, ARimThatNoCapCanCloseThrows)
     const CellIt cell = cell_of(morpher, faces);
     EXPECT_EQ(failure_of([&] { morpher.SplitCell(cell); }),
         "GenerateRawEdgeFaces: Number of raw edges not three or four.");
+}
+
+// Parts, by bits
+
+TEST(CellParts, AreTheSetsAndTheirRims)
+{
+    CutCorner c;
+    const CellIt cell = c.Cell();
+    const CellParts parts(*cell);
+    ASSERT_TRUE(parts.AreRegular());
+    ASSERT_EQ(parts.Parts().size(), 2U);
+    EXPECT_EQ(parts.FacesOf(parts.Parts()[0]), set_of(c.rest));
+    EXPECT_EQ(parts.FacesOf(parts.Parts()[1]), set_of(c.tip));
+    const EdgeSet rim { c.morpher.FindEdge(c.p, c.q), c.morpher.FindEdge(c.q, c.r),
+        c.morpher.FindEdge(c.r, c.p) };
+    EXPECT_EQ(parts.Parts()[0].m_rim, rim);
+    EXPECT_EQ(parts.Parts()[1].m_rim, rim);
+}
+
+TEST(CellParts, ASurfaceEdgeThatDividesNothingIsNoFault)
+{
+    CutCorner c;
+    c.r->m_bOnSurface = 0;
+    const CellParts parts(*c.Cell());
+    EXPECT_TRUE(parts.AreRegular());
+    EXPECT_EQ(parts.Parts().size(), 1U);
+}
+
+TEST(CellParts, OfAnOpenCellAreNotRegular)
+{
+    CutCorner c;
+    const CellIt cell
+        = cell_of(c.morpher, { c.tip[0], c.tip[1], c.tip[2], c.rest[0], c.rest[1], c.rest[2] });
+    EXPECT_FALSE(CellParts(*cell).AreRegular());
+}
+
+TEST(CellParts, OfMoreFacesThanBitsAreNotRegular)
+{
+    CutCorner c;
+    const CellIt cell = cell_of(c.morpher, std::vector<FaceIt>(33, c.tip[0]));
+    EXPECT_FALSE(CellParts(*cell).AreRegular());
+}
+
+TEST(CellParts, OnlyATriangleOnTheRimIsItsCap)
+{
+    CutCorner c;
+    const CellParts parts(*c.Cell());
+    const FaceIt cap = c.Face({ c.p, c.q, c.r });
+    EXPECT_TRUE(parts.AreCaps(parts.Parts()[1], std::vector<FaceIt> { cap }));
+    EXPECT_FALSE(parts.AreCaps(parts.Parts()[1], std::vector<FaceIt> { c.rest[0] }));
+    EXPECT_FALSE(parts.AreCaps(parts.Parts()[1], std::vector<FaceIt> { cap, cap }));
 }
 
 } // namespace
