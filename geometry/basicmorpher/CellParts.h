@@ -18,15 +18,16 @@ public:
 
     struct Part {
         std::uint32_t m_uiFaces = 0; ///< bit i stands for the i-th face of the cell
-        EdgeSet m_rim; ///< three or four edges
+        EdgeSet m_rim; ///< three or four edges; empty if there are no two parts
     };
 
+    /// The cell must outlive this, and keep its faces meanwhile.
     explicit CellParts(const Cell& cell);
 
     /// False if the cell is not as it should be: the steps of its splitting, each for itself, then
     /// tell what is wrong.
     [[nodiscard]] bool AreRegular() const { return m_bRegular; }
-    /// In the order of their first faces. Single faces are no parts.
+    /// In the order of their first faces; only if they are regular. Single faces are no parts.
     [[nodiscard]] std::span<const Part> Parts() const { return { m_aParts.data(), m_uiParts }; }
     /// Of the cell that this was made of.
     [[nodiscard]] FaceSet FacesOf(const Part& part) const;
