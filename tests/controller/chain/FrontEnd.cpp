@@ -133,6 +133,8 @@ bool FrontEnd::runs()
 
 void FrontEnd::look_at_link()
 {
+    if (!m_link)
+        return;
     VRK::ControllerStep step {};
     int number = -1;
     demand(m_link->GetStep(step));

@@ -36,6 +36,8 @@ public:
     FrontEnd& operator=(FrontEnd&&) = delete;
 
     void ask_to_stop();
+    /// Gives up the link; the run goes on without anybody who looks at it.
+    void leave() { m_link.reset(); }
     void kill_controller() const;
     /// Kills the step program under way; its name, empty if there is none.
     [[nodiscard]] std::string kill_child() const;

@@ -48,6 +48,8 @@ const char* name_of(Blow blow)
     switch (blow) {
     case Blow::Stop:
         return "stop";
+    case Blow::Leave:
+        return "end of the front end";
     case Blow::KillChild:
         return "kill of a child";
     case Blow::KillController:
@@ -76,10 +78,16 @@ Disturbance random_disturbance(Chance& chance, std::size_t starts, bool gentle)
     const bool lasting = disturbance.fault == "hang" || disturbance.fault == "slow";
     if (!lasting && !disturbance.fault.empty() && chance.percent(70))
         return disturbance;
-    disturbance.blow = gentle
-        ? Blow::Stop
-        : std::vector<Blow> { Blow::Stop, Blow::KillChild, Blow::KillController }[chance.below(3)];
+    // Only a stop or a kill ends a program that would last.
+    std::vector<Blow> blows { Blow::Stop };
+    if (!lasting)
+        blows.push_back(Blow::Leave);
+    if (!gentle)
+        blows.insert(blows.end(), { Blow::KillChild, Blow::KillController });
+    disturbance.blow = blows[chance.below(static_cast<std::uint32_t>(blows.size()))];
     disturbance.blowAfterStarts = lasting ? disturbance.faultyStart + 1 : chance.below(count + 1);
+    if (disturbance.blow == Blow::Leave) // the controller must have found its front end
+        disturbance.blowAfterStarts = std::max<std::size_t>(1, disturbance.blowAfterStarts);
     disturbance.blowDelay = std::chrono::milliseconds(chance.below(lasting ? 60 : 15));
     return disturbance;
 }
@@ -141,6 +149,10 @@ void SoakRun::strike()
     switch (m_disturbance.blow) {
     case Blow::Stop:
         m_front->ask_to_stop();
+        m_struck = true;
+        break;
+    case Blow::Leave:
+        m_front->leave();
         m_struck = true;
         break;
     case Blow::KillChild:
@@ -229,7 +241,8 @@ void SoakRun::judge()
         else
             m_fault = "no such ending";
     }
-    if (m_fault.empty() && ending != "signal 9"
+    const bool isLooking = ending != "signal 9" && m_disturbance.blow != Blow::Leave;
+    if (m_fault.empty() && isLooking
         && (m_front->steps().empty()
             || std::to_string(m_front->steps().back()) + "\n" != m_front->completion()))
         m_fault = "the link and the completion file have not the same last word";

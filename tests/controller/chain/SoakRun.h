@@ -13,7 +13,7 @@
 namespace Testing {
 
 /// What is done to a run from outside.
-enum class Blow { None, Stop, KillChild, KillController };
+enum class Blow { None, Stop, Leave, KillChild, KillController };
 
 struct Disturbance {
     std::string fault; ///< a kind of the stand-ins', empty for none
