@@ -187,7 +187,7 @@ bool SoakRun::programs_go_on()
     return true;
 }
 
-/// Programs that do not hear of a stop, or that have lost the one that would have told them.
+/// Programs that do not hear of a stop, or that have lost the one that would have stopped them.
 bool SoakRun::may_outlive_the_controller() const
 {
     if (m_disturbance.fault == "hang")
