@@ -94,6 +94,7 @@ void look_at_surface(SkinReport& report, const Surface& surface, unsigned char n
     digest(report.digest, surface.m_vecFacetVertices);
     digest(report.digest, surface.m_vecFacetOffsets);
     digest(report.digest, normals);
+    report.bodyDigest = report.digest;
     digest(report.digest, curvatures);
 }
 
@@ -138,7 +139,8 @@ SkinReport skin_of(
         const SkinReport report = report_on(facets, level, distance);
         for (const double* number : numbers_of(report))
             std::printf("%a ", *number);
-        std::printf("%llx", static_cast<unsigned long long>(report.digest));
+        std::printf("%llx %llx", static_cast<unsigned long long>(report.digest),
+            static_cast<unsigned long long>(report.bodyDigest));
     });
     SkinReport report;
     report.diagnostics = outcome.err;
@@ -152,8 +154,10 @@ SkinReport skin_of(
         words >> word;
         *number = std::strtod(word.c_str(), nullptr);
     }
-    words >> word;
-    report.digest = std::strtoull(word.c_str(), nullptr, 16);
+    for (std::uint64_t* sum : { &report.digest, &report.bodyDigest }) {
+        words >> word;
+        *sum = std::strtoull(word.c_str(), nullptr, 16);
+    }
     return report;
 }
 

@@ -26,6 +26,7 @@ struct SkinReport {
     double leastCurvature = 0;
     double greatestCurvature = 0;
     std::uint64_t digest = 0; ///< of all bytes of the surface
+    std::uint64_t bodyDigest = 0; ///< without curvatures, which hang on the library's arc cosine
 };
 
 /// The approximate wetted surface of the facets, made in a process of its own.
