@@ -231,12 +231,13 @@ std::vector<ZooShape> make_zoo()
             [] { return scaled(turned(torus(1, 0.4, 24, 12), 0.1, 0.8), 0x1p10); }, {} },
         { "SmallTorus", [] { return scaled(turned(torus(1, 0.4, 24, 12), 0.1, 0.8), 0x1p-100); },
             {} },
-        { "HugeTorus", [] { return scaled(turned(torus(1, 0.4, 12, 8), 0.1, 0.8), 0x1p80); }, {} },
+        { "HugeTorus", [] { return scaled(turned(torus(1, 0.4, 12, 8), 0.1, 0.8), 0x1p80); }, {},
+            true },
         { "TinyTorus", [] { return scaled(turned(torus(1, 0.4, 12, 8), 0.1, 0.8), 0x1p-300); },
             {} },
         { "CubeFarAway",
             [] {
-                return moved(turned(unit_box(), 0.7, 1.1), { 0x1p10, -0x1p11, 3 });
+                return moved(turned(unit_box(), 0.7, 1.1), { 0x1p20, -0x1p21, 3 });
             },
             cubeForm },
         { "SoupOfLargeTriangles", [] { return soup(60, 0.5, 1); }, {} },
@@ -345,7 +346,9 @@ void expect_sound(const ZooShape& shape, unsigned int level)
     EXPECT_TRUE(report.diagnostics.empty());
     EXPECT_EQ(report.unevenEdges, 0);
     EXPECT_EQ(report.unwoundEdges, 0);
-    EXPECT_EQ(report.farthest, 0);
+    if (!shape.tooLong) {
+        EXPECT_EQ(report.farthest, 0);
+    }
     EXPECT_GE(report.volume, 0);
     if (!shape.form || shape.form->thickness < 4 * cell)
         return;

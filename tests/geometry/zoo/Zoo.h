@@ -25,6 +25,9 @@ struct ZooShape {
     const char* name;
     std::function<Facets()> make;
     std::optional<ClosedForm> form; ///< only of bodies that enclose something
+    /// Cells are so long that the tolerance, which grows with their length, is no small part of
+    /// them.
+    bool tooLong = false;
 };
 
 inline void PrintTo(const ZooShape& shape, std::ostream* out) { *out << shape.name; }
