@@ -32,7 +32,7 @@ void Svg::Style(std::string_view attributes)
 void Svg::EndStyle()
 {
     if (!m_strPath.empty())
-        m_strBody += "<path " + m_strAttributes + " d=\"" + m_strPath + "\"/>\n";
+        m_strBody += "<path " + m_strAttributes + R"( d=")" + m_strPath + "\"/>\n";
     m_strPath.clear();
 }
 
@@ -59,9 +59,9 @@ bool Svg::Write(const std::string& file)
     std::ofstream out(file, std::ios::binary);
     const std::string width = Pixels(m_high.x - m_low.x);
     const std::string height = Pixels(m_high.y - m_low.y);
-    out << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << width << "\" height=\"" << height
-        << "\" viewBox=\"0 0 " << width << ' ' << height << "\">\n"
-        << "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n"
+    out << R"(<svg xmlns="http://www.w3.org/2000/svg" width=")" << width << R"(" height=")"
+        << height << R"(" viewBox="0 0 )" << width << ' ' << height << R"(">)" << '\n'
+        << R"(<rect width="100%" height="100%" fill="#fff"/>)" << '\n'
         << m_strBody << "</svg>\n";
     out.close();
     return !out.fail();

@@ -40,7 +40,7 @@ std::vector<Place> cut(const std::vector<Point>& polygon)
 
 void draw_body(Svg& svg, const Tavro::TriangleCloud& cloud)
 {
-    svg.Style("fill=\"none\" stroke=\"#c00\" stroke-width=\"1.2\"");
+    svg.Style(R"(fill="none" stroke="#c00" stroke-width="1.2")");
     for (const auto* facet : cloud.m_vecFacets)
         svg.Line(cut({ (*facet)[0], (*facet)[1], (*facet)[2] }), false);
 }
@@ -52,8 +52,8 @@ bool draw_octree(
     Tavro::FrontList<BasicOctree::BasicOctree*> leaves;
     root.GetLeaves(leaves);
     for (const bool withFacets : { false, true }) {
-        svg.Style(withFacets ? "fill=\"#fe9\" stroke=\"#777\" stroke-width=\"0.6\""
-                             : "fill=\"#f7f7f7\" stroke=\"#777\" stroke-width=\"0.6\"");
+        svg.Style(withFacets ? R"(fill="#fe9" stroke="#777" stroke-width="0.6")"
+                             : R"(fill="#f7f7f7" stroke="#777" stroke-width="0.6")");
         for (const BasicOctree::BasicOctree* leaf : leaves) {
             const Point& lo = leaf->m_Box.m_vMin;
             const Point& hi = leaf->m_Box.m_vMax;
@@ -71,8 +71,8 @@ bool draw_cells(const BasicMorpher::BasicMorpher& cells, const std::string& file
 {
     Svg svg(kLow, kHigh, kPixels);
     for (const bool skin : { false, true }) {
-        svg.Style(skin ? "fill=\"none\" stroke=\"#06c\" stroke-width=\"2\""
-                       : "fill=\"none\" stroke=\"#999\" stroke-width=\"0.5\"");
+        svg.Style(skin ? R"(fill="none" stroke="#06c" stroke-width="2")"
+                       : R"(fill="none" stroke="#999" stroke-width="0.5")");
         for (auto face = cells.m_lstFaces.begin(); face != cells.m_lstFaces.end(); ++face) {
             std::vector<Point> corners;
             bool onSurface = face->m_vecEdges.size() == 3;
@@ -138,7 +138,7 @@ bool draw_skin(const Tavro::TriangleCloud& cloud, const std::string& file)
         colour += seen.sharp ? 'f' : digit;
         colour += digit;
         colour += seen.sharp ? '6' : digit;
-        svg.Style("fill=\"" + colour + "\" stroke=\"#555\" stroke-width=\".3\"");
+        svg.Style(R"(fill=")" + colour + R"(" stroke="#555" stroke-width=".3")");
         svg.Line(seen.corners, true);
     }
     return svg.Write(file);
