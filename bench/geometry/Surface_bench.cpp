@@ -120,16 +120,16 @@ std::optional<Cost> in_a_process(const std::function<double()>& body)
         ::close(ends[0]);
         const double seconds = body();
         (void)std::fflush(stdout);
-        const bool told = ::write(ends[1], &seconds, sizeof seconds) == sizeof seconds;
-        ::_exit(told ? 0 : 1);
+        const bool said = ::write(ends[1], &seconds, sizeof seconds) == sizeof seconds;
+        ::_exit(said ? 0 : 1);
     }
     ::close(ends[1]);
     Cost cost;
-    const bool told = ::read(ends[0], &cost.seconds, sizeof cost.seconds) == sizeof cost.seconds;
+    const bool said = ::read(ends[0], &cost.seconds, sizeof cost.seconds) == sizeof cost.seconds;
     ::close(ends[0]);
     int status = 0;
     rusage use {};
-    if (child < 0 || ::wait4(child, &status, 0, &use) != child || status != 0 || !told)
+    if (child < 0 || ::wait4(child, &status, 0, &use) != child || status != 0 || !said)
         return {};
     cost.mebibytes = static_cast<double>(use.ru_maxrss) / 1024;
     return cost;
