@@ -52,7 +52,9 @@ VertIt BasicMorpher::FindVert(const Position& position) const
 
 EdgeIt BasicMorpher::FindEdge(VertIt vert0, VertIt vert1) const
 {
-    // An edge is told to both its ends; the shorter array is the quicker one.
+    if (vert0 == m_lstVerts.end() || vert1 == m_lstVerts.end())
+        return m_lstEdges.end();
+    // An edge stands in the arrays of both its ends; the shorter one is the quicker.
     if (vert1->m_vecEdges.size() < vert0->m_vecEdges.size())
         std::swap(vert0, vert1);
     for (const EdgeIt edge : vert0->m_vecEdges) {
@@ -64,7 +66,7 @@ EdgeIt BasicMorpher::FindEdge(VertIt vert0, VertIt vert1) const
 
 FaceIt BasicMorpher::FindFace(std::span<const EdgeIt> edges) const
 {
-    if (edges.size() < 3)
+    if (edges.size() < 3 || std::count(edges.begin(), edges.end(), m_lstEdges.end()) != 0)
         return m_lstFaces.end();
     for (const FaceIt face : edges[0]->m_vecFaces) {
         if (std::all_of(edges.begin() + 1, edges.end(),
@@ -76,7 +78,7 @@ FaceIt BasicMorpher::FindFace(std::span<const EdgeIt> edges) const
 
 CellIt BasicMorpher::FindCell(std::span<const FaceIt> faces) const
 {
-    if (faces.size() < 3)
+    if (faces.size() < 3 || std::count(faces.begin(), faces.end(), m_lstFaces.end()) != 0)
         return m_lstCells.end();
     for (const CellIt cell : faces[0]->m_vecCells) {
         if (std::all_of(faces.begin() + 1, faces.end(),

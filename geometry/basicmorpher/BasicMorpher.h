@@ -62,7 +62,7 @@ public:
     FaceIt AddFace(const Face& face);
     CellIt AddCell(const Cell& cell);
 
-    // Finding: the end of the list if there is none.
+    // Finding: the end of the list if there is none, also if an argument is such an end.
 
     /// By the exact position that a vertex was added at.
     [[nodiscard]] VertIt FindVert(const Position& position) const;
@@ -177,6 +177,10 @@ private:
     [[nodiscard]] CellIt FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges);
     /// Step by step, so that what is wrong with the cell comes to light.
     void SplitIrregularCell(CellIt cell);
+
+    // Of the cell being split; kept so that millions of cells need no memory one by one.
+    std::vector<FaceSet> m_vecSets;
+    std::vector<FaceIt> m_vecCaps;
 };
 
 } // namespace BasicMorpher

@@ -90,7 +90,7 @@ bool NeedsClosing(const FaceSet& group)
 void BasicMorpher::GetSurfaceSeparatedFaceSets(CellIt cell, std::vector<FaceSet>& sets) const
 {
     sets.clear();
-    sets.reserve(2); // nearly always enough
+    sets.reserve(4); // one for each corner of a tetrahedron
     const EdgeUses uses(cell->m_vecFaces);
     FaceSet visited;
     for (const FaceIt start : cell->m_vecFaces) {
@@ -136,13 +136,11 @@ void BasicMorpher::SplitCell(CellIt cell)
         return;
     std::array<FaceSet, CellParts::kMaxParts> sets;
     std::array<bool, CellParts::kMaxParts> closed {};
-    std::vector<FaceIt> caps;
-    caps.reserve(2);
     for (std::size_t i = 0; i < found.size(); ++i) {
-        GenerateRawEdgeFaces(found[i].m_rim, caps);
+        GenerateRawEdgeFaces(found[i].m_rim, m_vecCaps);
         sets[i] = parts.FacesOf(found[i]);
-        closed[i] = parts.AreCaps(found[i], caps);
-        for (const FaceIt cap : caps)
+        closed[i] = parts.AreCaps(found[i], m_vecCaps);
+        for (const FaceIt cap : m_vecCaps)
             (void)sets[i].insert(cap); // one that is there already does not close the part
     }
     for (std::size_t i = 0; i < found.size(); ++i) {
@@ -156,19 +154,17 @@ void BasicMorpher::SplitCell(CellIt cell)
 
 void BasicMorpher::SplitIrregularCell(CellIt cell)
 {
-    std::vector<FaceSet> sets;
-    GetSurfaceSeparatedFaceSets(cell, sets);
-    if (sets.size() < 2)
+    GetSurfaceSeparatedFaceSets(cell, m_vecSets);
+    if (m_vecSets.size() < 2)
         return;
-    for (FaceSet& set : sets) {
+    for (FaceSet& set : m_vecSets) {
         EdgeSet rawEdges;
         GetFaceSetRawEdges(set, rawEdges);
-        std::vector<FaceIt> caps;
-        GenerateRawEdgeFaces(rawEdges, caps);
-        for (const FaceIt cap : caps)
+        GenerateRawEdgeFaces(rawEdges, m_vecCaps);
+        for (const FaceIt cap : m_vecCaps)
             (void)set.insert(cap); // one that is there already shows in the count of its edges
     }
-    for (const FaceSet& set : sets) {
+    for (const FaceSet& set : m_vecSets) {
         CheckClosed(set);
         AddCell(Cell({ set.begin(), set.size() }));
     }

@@ -17,7 +17,6 @@ using Tavro::Cross;
 using Tavro::Dot;
 using Tavro::SamePosition;
 using Tavro::Subtract;
-using Box = Tavro::BoundingBox<double, 3>;
 
 /// p + (p - from) * tolerance.
 Position Grown(const Position& p, const Position& from, double tolerance)
@@ -36,15 +35,6 @@ Position Centroid(const Position& a, const Position& b, const Position& c)
     return centroid;
 }
 
-template <std::size_t Count>
-Box BoxOf(const Position (&points)[Count])
-{
-    Box box { points[0], points[0] };
-    for (const Position& point : points)
-        box += Box { point, point };
-    return box;
-}
-
 bool HasArea(const Position& a, const Position& b, const Position& c)
 {
     const Position normal = Cross(Subtract(b, a), Subtract(c, a));
@@ -56,15 +46,6 @@ bool AllDiffer(const Position (&corners)[3])
 {
     return !SamePosition(corners[0], corners[1]) && !SamePosition(corners[1], corners[2])
         && !SamePosition(corners[2], corners[0]);
-}
-
-bool Apart(const Box& one, const Box& other)
-{
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        if (one.m_vMax[axis] < other.m_vMin[axis] || one.m_vMin[axis] > other.m_vMax[axis])
-            return true;
-    }
-    return false;
 }
 
 /// The sign of a NaN differs between machines and says nothing.
@@ -99,7 +80,6 @@ GrownEdge::GrownEdge(const Position& p, const Position& q, double tolerance)
         m_grown[0][axis] = p[axis] - along[axis] * tolerance;
         m_grown[1][axis] = q[axis] + along[axis] * tolerance;
     }
-    m_Box = BoxOf(m_grown);
 }
 
 GrownTriangle::GrownTriangle(
@@ -109,19 +89,15 @@ GrownTriangle::GrownTriangle(
     const Position centroid = Centroid(a, b, c);
     for (std::size_t corner = 0; corner < 3; ++corner)
         m_grown[corner] = Grown(m_given[corner], centroid, tolerance);
-    m_Box = BoxOf(m_grown);
     m_bUsable = AllDiffer(m_given) && HasArea(a, b, c);
-    m_bGrownCornersDiffer = AllDiffer(m_grown);
 }
 
 double Parameter(const GrownEdge& edge, const GrownTriangle& triangle)
 {
     if (!edge.m_bUsable || !triangle.m_bUsable)
         return kNoCrossing;
-    // An infinitesimal perturbation cannot join what is apart. Only where points coincide is the
-    // exact test no perturbation of the whole, and then it has to be asked.
-    if (triangle.m_bGrownCornersDiffer && Apart(edge.m_Box, triangle.m_Box))
-        return kNoCrossing;
+    // Boxes would be quicker to compare, but the last stage of the predicate rounds: of points near
+    // one plane it finds crossings of what is apart on an axis, and they count.
     const auto& [p, q] = edge.m_grown;
     const auto& [a, b, c] = triangle.m_grown;
     if (!Tavro::sos_edge_tri_intersection_exists(p, q, a, b, c))

@@ -19,7 +19,6 @@ struct GrownEdge {
 
     Position m_given[2];
     Position m_grown[2];
-    Tavro::BoundingBox<double, 3> m_Box; ///< of the grown one
     bool m_bUsable; ///< p and q differ
 };
 
@@ -29,9 +28,7 @@ struct GrownTriangle {
 
     Position m_given[3];
     Position m_grown[3];
-    Tavro::BoundingBox<double, 3> m_Box; ///< of the grown one
     bool m_bUsable; ///< its corners differ, and it has an area
-    bool m_bGrownCornersDiffer;
 };
 
 /// The parameter of the crossing in [0, 1], along the grown edge; else `kNoCrossing`. NaN if the

@@ -97,13 +97,15 @@ void SeekCrossings(BasicMorpher& morpher)
     }
 }
 
-/// Takes the lexicographically least vertex for outside, and clears the mark of all that can be
-/// reached from there along edges that are not crossed.
+/// Takes the lexicographically least vertex that is left for outside, and clears the mark of all
+/// that can be reached from there along edges that are not crossed.
 void FloodFromOutside(const BasicMorpher& morpher)
 {
-    if (morpher.m_mapVerts.empty())
+    const VertIt outside = morpher.m_mapVerts.First(
+        [&morpher](VertIt vert) { return morpher.m_lstVerts.contains(vert); });
+    if (outside == VertIt())
         return;
-    std::vector<VertIt> stack { morpher.m_mapVerts.First() };
+    std::vector<VertIt> stack { outside };
     stack.back()->m_bUnreached = false;
     while (!stack.empty()) {
         const VertIt vert = stack.back();
@@ -155,7 +157,7 @@ double BasicMorpher::IntersectEdgeTri(const Position& p, const Position& q, cons
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static): called on a complex as all others
 void BasicMorpher::GetIntersectingTrisForEdge(EdgeIt edge, FacetArray& facets) const
 {
-    const CellIt cell = CellOfFewestFacets(*edge);
+    const CellIt cell = edge == EdgeIt() ? CellIt() : CellOfFewestFacets(*edge);
     facets = cell == CellIt() ? FacetArray() : cell->m_vecTriangles;
 }
 

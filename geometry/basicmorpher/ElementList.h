@@ -76,7 +76,7 @@ public:
 
 private:
     static inline std::mutex s_mutex;
-    static inline Chunk* s_chunks[kChunks] {};
+    static inline Chunk* s_chunks[kChunks + 1] {}; // that of "none" is never there
 };
 
 /// Refers to an element of an `ElementList` as long as the element is in it, or to none: that is

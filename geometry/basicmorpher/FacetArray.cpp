@@ -2,7 +2,9 @@
 #include "geometry/basicmorpher/FacetArray.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
+#include <stdexcept>
 
 namespace BasicMorpher {
 
@@ -24,8 +26,20 @@ Facet** FacetArray::Grow(std::size_t count)
     if (count == 0)
         return nullptr;
     const std::size_t former = size();
-    void* const memory = ::operator new(sizeof(Block) + (former + count) * sizeof(Facet*));
-    auto* const block = ::new (memory) Block { 1, static_cast<std::uint32_t>(former + count) };
+    const std::size_t needed = former + count;
+    constexpr std::size_t kMost = std::numeric_limits<std::uint32_t>::max();
+    if (needed > kMost)
+        throw std::length_error("The array would get too long.");
+    const auto newSize = static_cast<std::uint32_t>(needed);
+    const bool isOwn = m_pBlock != nullptr && m_pBlock->m_uiOwners == 1;
+    if (isOwn && newSize <= m_pBlock->m_uiCapacity) {
+        m_pBlock->m_uiSize = newSize;
+        return m_pBlock->Facets() + former;
+    }
+    // One that is appended to again gets room to spare; most are made whole and then shared.
+    const std::size_t capacity = isOwn ? std::min(needed + needed / 2, kMost) : needed;
+    void* const memory = ::operator new(sizeof(Block) + capacity * sizeof(Facet*));
+    auto* const block = ::new (memory) Block { 1, newSize, static_cast<std::uint32_t>(capacity) };
     Facet** const place = std::copy_n(begin(), former, block->Facets());
     Release();
     m_pBlock = block;

@@ -70,15 +70,16 @@ public:
     }
 
 private:
-    struct Block {
+    struct alignas(Facet*) Block {
         [[nodiscard]] Facet** Facets() { return reinterpret_cast<Facet**>(this + 1); }
 
         std::uint32_t m_uiOwners;
         std::uint32_t m_uiSize; ///< never 0
+        std::uint32_t m_uiCapacity;
     };
 
     void Append(Facet* const* facets, std::size_t count);
-    /// Makes room for so many more in memory of its own, and returns where they go.
+    /// Makes so many more in memory of its own, and returns where they go.
     Facet** Grow(std::size_t count);
     void Release();
 

@@ -42,15 +42,30 @@ public:
             number = static_cast<std::uint32_t>(m_entries.size());
             m_entries.push_back({ position, vert });
             m_index.Insert(position, number);
-            if (Tavro::LexicographicallyLess(position, m_entries[m_uiFirst].m_vPosition))
+            if (ComesBefore(position, m_entries[m_uiFirst].m_vPosition))
                 m_uiFirst = number;
         }
         m_entries[number].m_itVert = vert;
         m_recent.resize(kRecent);
         m_recent[hash % kRecent] = { position, vert };
     }
-    /// The entry of the lexicographically least position; there must be one.
+    /// The entry of the lexicographically least position; there must be one. A position that holds
+    /// a NaN is greater than all others.
     [[nodiscard]] VertIt First() const { return m_entries[m_uiFirst].m_itVert; }
+    /// The first entry that `isThere(vert)` holds for; none if there is none.
+    template <typename IsThere>
+    [[nodiscard]] VertIt First(const IsThere& isThere) const
+    {
+        if (empty() || isThere(First()))
+            return empty() ? VertIt() : First();
+        const Entry* first = nullptr;
+        for (const Entry& entry : m_entries) {
+            if (isThere(entry.m_itVert)
+                && (first == nullptr || ComesBefore(entry.m_vPosition, first->m_vPosition)))
+                first = &entry;
+        }
+        return first == nullptr ? VertIt() : first->m_itVert;
+    }
 
 private:
     struct Entry {
@@ -60,6 +75,13 @@ private:
 
     static constexpr std::size_t kRecent = 8192; // fits into the cache of a core
 
+    [[nodiscard]] static bool ComesBefore(const Position& one, const Position& other)
+    {
+        const bool isNumber = Tavro::SamePosition(one, one); // as no NaN is
+        if (isNumber != Tavro::SamePosition(other, other))
+            return isNumber;
+        return Tavro::LexicographicallyLess(one, other);
+    }
     [[nodiscard]] std::uint32_t FindNumber(const Position& position, std::uint32_t hash) const
     {
         return m_index.Find(position, hash,
