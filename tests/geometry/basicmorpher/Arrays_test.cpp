@@ -229,4 +229,28 @@ TEST_F(FacetArrays, CanBeAssignedMovedAndCleared)
     EXPECT_TRUE(array.empty()); // NOLINT(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
 }
 
+// Room grows by half each time: 1000 is reached from 2 in about 16 steps.
+TEST_F(FacetArrays, AppendingOneByOneTakesFewAllocations)
+{
+    const std::size_t before = Testing::allocations();
+    FacetArray array;
+    for (std::size_t i = 0; i < 1000; ++i)
+        array.push_back(&m_facets[i % 4]);
+    EXPECT_LT(Testing::allocations() - before, 25U);
+    ASSERT_EQ(array.size(), 1000U);
+    for (std::size_t i = 0; i < 1000; ++i)
+        ASSERT_EQ(array[i], &m_facets[i % 4]);
+}
+
+TEST_F(FacetArrays, ACopyIsLeftAloneWhereThereIsRoomToSpare)
+{
+    FacetArray array { p };
+    array.push_back(q);
+    array.push_back(r); // in room to spare
+    const FacetArray copy = array;
+    array.push_back(s);
+    EXPECT_EQ(listed(copy), (std::vector { p, q, r }));
+    EXPECT_EQ(listed(array), (std::vector { p, q, r, s }));
+}
+
 } // namespace

@@ -130,6 +130,18 @@ TEST(AddVert, PutsACopyInFrontAndEntersItsPosition)
     EXPECT_EQ(complex.FindVert({ 4, 5, 6 }), second);
 }
 
+TEST(AddVert, WhereAVertexLivesTheNewOneIsFoundAndTheOtherStays)
+{
+    Triangle t;
+    const VertIt again = t.m_complex.AddVert(Vert({ 4, 0, 0 }));
+    EXPECT_NE(again, t.b);
+    EXPECT_EQ(t.m_complex.FindVert({ 4, 0, 0 }), again);
+    EXPECT_EQ(t.m_complex.m_lstVerts.size(), 4U);
+    EXPECT_EQ(t.m_complex.m_mapVerts.size(), 3U);
+    EXPECT_EQ(listed(t.b->m_vecEdges), (Edges { t.ab, t.bc }));
+    EXPECT_TRUE(again->m_vecEdges.empty());
+}
+
 TEST(FindVert, ThereIsNoTolerance)
 {
     Complex complex;
@@ -198,6 +210,33 @@ TEST(FindEdge, OfVerticesThatNoEdgeJoinsThereIsNone)
     EXPECT_EQ(t.m_complex.FindEdge(t.a, d), t.m_complex.m_lstEdges.end());
     EXPECT_EQ(t.m_complex.FindEdge(d, t.a), t.m_complex.m_lstEdges.end());
     EXPECT_EQ(t.m_complex.FindEdge(t.a, t.a), t.m_complex.m_lstEdges.end());
+}
+
+TEST(FindEdge, OfNoneThereIsNone)
+{
+    const Triangle t;
+    const VertIt none = t.m_complex.FindVert({ 7, 7, 7 });
+    ASSERT_EQ(none, t.m_complex.m_lstVerts.end());
+    EXPECT_EQ(t.m_complex.FindEdge(t.a, none), t.m_complex.m_lstEdges.end());
+    EXPECT_EQ(t.m_complex.FindEdge(none, t.a), t.m_complex.m_lstEdges.end());
+    EXPECT_EQ(t.m_complex.FindEdge(none, none), t.m_complex.m_lstEdges.end());
+}
+
+TEST(FindFace, OfNoneThereIsNone)
+{
+    const Triangle t;
+    const EdgeIt none = t.m_complex.m_lstEdges.end();
+    EXPECT_EQ(t.m_complex.FindFace(Edges { none, t.bc, t.ca }), t.m_complex.m_lstFaces.end());
+    EXPECT_EQ(t.m_complex.FindFace(Edges { t.ab, t.bc, none }), t.m_complex.m_lstFaces.end());
+    EXPECT_EQ(t.m_complex.FindFace(Edges { none, none, none }), t.m_complex.m_lstFaces.end());
+}
+
+TEST(FindCell, OfNoneThereIsNone)
+{
+    const Tetrahedron t;
+    const FaceIt none = t.m_complex.m_lstFaces.end();
+    EXPECT_EQ(t.m_complex.FindCell(Faces { none, t.acd, t.adb }), t.m_complex.m_lstCells.end());
+    EXPECT_EQ(t.m_complex.FindCell(Faces { t.abc, t.acd, none }), t.m_complex.m_lstCells.end());
 }
 
 TEST(FindEdge, TheFirstOfTwoEdgesBetweenTheSameEndsIsFound)

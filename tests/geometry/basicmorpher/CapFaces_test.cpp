@@ -134,6 +134,17 @@ TEST(CapFaces, TheThirdCornerCanBeTheLeast)
         "(3, 0, 0) (2, 2, 0) (0, 2, 0) + (3, 0, 0) (0, 2, 0) (1, 0, 0)");
 }
 
+// b is the greatest, and b-a the only edge that starts there: its other end a is the first corner.
+// Beside b-a are c-b and d-a, opposite is c-d. The ring b-a, c-b, c-d, d-a has the corners a, b, c,
+// d. Pieces: (b-a, c-b, diagonal), (diagonal, c-d, d-a).
+TEST(CapFaces, TheFirstCornerCanBeTheLeast)
+{
+    Points p({ { 0, 0, 0 }, { 3, 0, 0 }, { 2, 2, 0 }, { 0, 2, 0 } });
+    const EdgeSet rim { p.Edge('b', 'a'), p.Edge('c', 'b'), p.Edge('c', 'd'), p.Edge('d', 'a') };
+    EXPECT_EQ(
+        caps(p.morpher, rim), "(0, 0, 0) (3, 0, 0) (2, 2, 0) + (0, 0, 0) (2, 2, 0) (0, 2, 0)");
+}
+
 // Here the second end decides which edge is the first: c-d and c-b start at the greatest corner,
 // and b = (2,0,0) is greater than d = (0,2,0), so c-b comes first. Beside it are c-d, then a-b;
 // opposite is d-a. The ring c-b, c-d, d-a, a-b has the corners b, c, d, a: the fourth is the least.
@@ -146,12 +157,16 @@ TEST(CapFaces, TheSecondEndCanDecideWhereTheRingStarts)
         caps(p.morpher, rim), "(0, 0, 0) (2, 0, 0) (2, 2, 0) + (0, 0, 0) (2, 2, 0) (0, 2, 0)");
 }
 
+// The same square as above, with edges the other way round and made in another order. Sorted: b-a,
+// c-b, a-d, d-c. Beside b-a are c-b and a-d, opposite is d-c. The ring b-a, c-b, d-c, a-d has the
+// corners a, b, c, d; the fourth is the least. Pieces: (a-d, b-a, diagonal), (diagonal, c-b, d-c).
 TEST(CapFaces, BothSidesOfACapAgreeWhateverTheOrderOfCreation)
 {
     Points p({ { 0, 2, 0 }, { 2, 2, 0 }, { 2, 0, 0 }, { 0, 0, 0 } });
     const EdgeSet rim { p.Edge('d', 'c'), p.Edge('a', 'd'), p.Edge('b', 'a'), p.Edge('c', 'b') };
-    const std::string first = caps(p.morpher, rim);
-    EXPECT_EQ(caps(p.morpher, rim), first);
+    const char* const expected = "(0, 0, 0) (0, 2, 0) (2, 2, 0) + (0, 0, 0) (2, 2, 0) (2, 0, 0)";
+    EXPECT_EQ(caps(p.morpher, rim), expected);
+    EXPECT_EQ(caps(p.morpher, rim), expected);
     EXPECT_EQ(p.morpher.m_lstFaces.size(), 2U);
     EXPECT_EQ(p.morpher.m_lstEdges.size(), 5U);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "geometry/basicmorpher/CellParts.h"
+#include "tests/geometry/Allocations.h"
 #include "tests/geometry/basicmorpher/CuttingSamples.h"
 
 #include <gtest/gtest.h>
@@ -332,6 +333,45 @@ TEST(CellParts, OnlyATriangleOnTheRimIsItsCap)
     EXPECT_TRUE(parts.AreCaps(parts.Parts()[1], std::vector<FaceIt> { cap }));
     EXPECT_FALSE(parts.AreCaps(parts.Parts()[1], std::vector<FaceIt> { c.rest[0] }));
     EXPECT_FALSE(parts.AreCaps(parts.Parts()[1], std::vector<FaceIt> { cap, cap }));
+}
+
+// All that a second cell needs is there: its parts, their rims and caps are held in place.
+TEST(SplitCell, TakesNoMemoryForEachCell)
+{
+    CutCorner c;
+    const CellIt first = c.Cell();
+    const CellIt second = c.Cell();
+    c.morpher.SplitCell(first);
+    const auto part = c.morpher.m_lstCells.begin();
+    c.morpher.RemoveCell(std::next(part));
+    c.morpher.RemoveCell(part); // the cap goes with it
+    ASSERT_EQ(c.morpher.m_lstCells.size(), 1U);
+    const std::size_t before = allocations();
+    c.morpher.SplitCell(second);
+    EXPECT_EQ(allocations() - before, 0U);
+    EXPECT_EQ(c.morpher.m_lstCells.size(), 2U);
+}
+
+/// Cuts a corner off one tetrahedron, beside a cell whose faces were all made before.
+std::size_t cells_after_cut_beside(bool tipIsNew)
+{
+    CutCorner c;
+    c.Cell();
+    c.tip[0]->m_bNew = tipIsNew;
+    const Position far { 100, 0, 0 };
+    const Position x { 116, 0, 0 };
+    c.morpher.AddTetrahedralCell(far, x, { 100, 16, 0 }, { 100, 0, 16 }, {});
+    edge_at(c.morpher, far, x)->m_vIntersection = { 108, 0, 0 };
+    c.morpher.MorphGrid();
+    EXPECT_EQ(c.morpher.m_counters.m_splitFaces, 2U);
+    return c.morpher.m_lstCells.size();
+}
+
+// One split side divides two faces of the tetrahedron, but not the tetrahedron.
+TEST(SplitCell, ACellWithAFaceThatWasNewBeforeIsDividedToo)
+{
+    EXPECT_EQ(cells_after_cut_beside(true), 3U);
+    EXPECT_EQ(cells_after_cut_beside(false), 2U);
 }
 
 } // namespace

@@ -45,6 +45,17 @@ TEST(CrossingTolerance, ASecondMorpherUsesTheOneOfTheFirst)
     EXPECT_EQ(Testing::run_isolated([] { std::cout << crosses(1) << crosses(4); }).out, "nono");
 }
 
+// It is fixed before anything is looked at.
+TEST(CrossingTolerance, AFirstTestOfATriangleWithEqualCornersFixesIt)
+{
+    const auto body = [] {
+        Morpher morpher;
+        morpher.m_dMinEdgeLength = 4;
+        std::cout << morpher.IntersectEdgeTri(kP, kQ, kA, kA, kC) << ' ' << crosses(1);
+    };
+    EXPECT_EQ(Testing::run_isolated(body).out, "-1 yes");
+}
+
 TEST(CrossingTolerance, AddingShorterEdgesLaterDoesNotChangeIt)
 {
     const auto body = [] {

@@ -112,6 +112,14 @@ TEST(EdgeFacets, ThereAreNoneWithoutACell)
     EXPECT_EQ(facets_around(fan), std::vector<Facet*>());
 }
 
+TEST(EdgeFacets, ThereAreNoneOfNone)
+{
+    Facet facet = patch(0, { 0, 0, 0 }, 1);
+    FacetArray facets { &facet }; // what it held goes
+    Morpher().GetIntersectingTrisForEdge(EdgeIt(), facets);
+    EXPECT_TRUE(facets.empty());
+}
+
 TEST(EdgeFacets, AreACopy)
 {
     Facet a = wall(1);
@@ -177,6 +185,16 @@ TEST(IntersectEdges, AVertThatIsNotJoinedToTheLeastOneStaysUnreached)
     morpher.IntersectEdges();
     EXPECT_EQ(unreached_of(morpher), "");
     EXPECT_TRUE(morpher.FindVert({ 99, 0, 0 })->m_bUnreached);
+}
+
+TEST(IntersectEdges, WhereTheLeastVertIsGoneTheLeastThatIsLeftIsOutside)
+{
+    Morpher morpher;
+    morpher.RemoveVert(add_vert(morpher, { -99, 0, 0 }));
+    morpher.IntersectEdges(); // nothing is left
+    add_corner_tetrahedron(morpher, {});
+    morpher.IntersectEdges();
+    EXPECT_EQ(unreached_of(morpher), "");
 }
 
 // Which crossing counts

@@ -267,4 +267,32 @@ TEST_F(VertMap, ANaNIsEnteredAndNeverFound)
     EXPECT_EQ(m_map.size(), 2U);
 }
 
+TEST_F(VertMap, APositionThatHoldsANaNComesFirstOnlyAlone)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    m_map.Enter({ nan, 0, 0 }, m_p);
+    EXPECT_EQ(m_map.First(), m_p);
+    m_map.Enter({ 1, 0, 0 }, m_q);
+    EXPECT_EQ(m_map.First(), m_q);
+    m_map.Enter({ -5, nan, 0 }, m_p);
+    EXPECT_EQ(m_map.First(), m_q);
+}
+
+TEST_F(VertMap, TheFirstEntryOfThoseThatAreThereIsTheLeastOfThem)
+{
+    const auto isThere = [this](BasicMorpher::VertIt vert) { return m_verts.contains(vert); };
+    EXPECT_EQ(m_map.First(isThere), m_verts.end());
+    const BasicMorpher::VertIt r = m_verts.emplace_front();
+    m_map.Enter({ 3, 0, 0 }, m_p);
+    m_map.Enter({ 1, 0, 0 }, m_q);
+    m_map.Enter({ 2, 0, 0 }, r);
+    EXPECT_EQ(m_map.First(isThere), m_q);
+    m_verts.erase(m_q);
+    EXPECT_EQ(m_map.First(isThere), r);
+    m_verts.erase(r);
+    EXPECT_EQ(m_map.First(isThere), m_p);
+    m_verts.erase(m_p);
+    EXPECT_EQ(m_map.First(isThere), m_verts.end());
+}
+
 } // namespace

@@ -239,7 +239,7 @@ TEST(PlainComparison, ABoxOnTheGrid)
 
 TEST(PlainComparison, ATurnedBox)
 {
-    BothCuts(box({ -1, -1, -1 }, { 1, 1, 1 }, 0.3), 4, 1.8).ExpectSame(300);
+    BothCuts(box({ -1, -1, -1 }, { 1, 1, 1 }, 0.3), 3, 1.8).ExpectSame(100);
 }
 
 TEST(PlainComparison, AThinPlate)
@@ -247,8 +247,7 @@ TEST(PlainComparison, AThinPlate)
     BothCuts(box({ -1, -1, -0.02 }, { 1, 1, 0.02 }, 0.2), 4, 1.5).ExpectSame(50);
 }
 
-// Among its cells there are some of which three corners are cut off, or all four.
-TEST(PlainComparison, ASphere) { BothCuts(sphere(8), 4, 1.1).ExpectSame(500); }
+TEST(PlainComparison, ASphere) { BothCuts(sphere(6), 3, 1.1).ExpectSame(100); }
 
 TEST(PlainComparison, ATouchOfThreeBoxes)
 {
@@ -269,7 +268,8 @@ TEST(PlainComparison, AnOpenSheetWithASpike)
 {
     Facets facets;
     add_quad(facets, { { { -1, -1, 0 }, { 1, -1, 0 }, { 1, 1, 0 }, { -1, 1, 0 } } });
-    facets.push_back(Facet { Position { 0, 0, -1 }, Position { 0, 0.5, 1 }, Position { 0.25, 0, 0.5 } });
+    facets.push_back(
+        Facet { Position { 0, 0, -1 }, Position { 0, 0.5, 1 }, Position { 0.25, 0, 0.5 } });
     BothCuts(facets, 4, 1.1).ExpectSame(0);
 }
 
@@ -285,7 +285,7 @@ TEST(PlainComparison, SlantingSheets)
 TEST(PlainComparison, LargeTrianglesThroughEachOther)
 {
     for (unsigned int seed = 1; seed <= 3; ++seed)
-        BothCuts(soup(seed, 40, 0.5), 3, 1.7).ExpectSame(50);
+        BothCuts(soup(seed, 40, 0.5), 3, 1.7).ExpectSame(15);
 }
 
 TEST(PlainComparison, ManySmallTriangles) { BothCuts(soup(4, 300, 0.15), 4, 1.3).ExpectSame(50); }
@@ -296,18 +296,12 @@ TEST(PlainComparison, TrianglesOnTheLattice)
         BothCuts(lattice_soup(seed, 30), 3, 2).ExpectSame(20);
 }
 
-// What a soup leaves of its cells.
-TEST(PlainComparison, TheSamplesReachCellsOfTwoThreeAndFourSets)
+// Cells that part into more than two are rare.
+TEST(PlainComparison, ASampleWithCellsOfThreeSets)
 {
-    int three = 0;
-    int four = 0;
-    for (unsigned int seed = 1; seed <= 3; ++seed) {
-        const BothCuts cuts(soup(seed, 40, 0.5), 3, 1.7);
-        three += cuts.CellsOfSets(3);
-        four += cuts.CellsOfSets(4);
-    }
-    EXPECT_GT(three, 0);
-    EXPECT_GT(four, 0);
+    const BothCuts cuts(lattice_soup(10, 30), 3, 2);
+    cuts.ExpectSame(20);
+    EXPECT_GT(cuts.CellsOfSets(3), 5);
 }
 
 } // namespace

@@ -236,4 +236,25 @@ TEST(RemoveCell, InAGridOnlyTheOthersRemain)
     EXPECT_EQ(counts(complex), (Counts { 0, 0, 0, 0 }));
 }
 
+// Without cells, faces go one by one as they do with their cell. A first face leaves all its edges
+// to others; ac goes with its last face acd; with adb go ab and ad, and then a; bcd takes the rest.
+TEST(RemoveCell, FacesGoInTheirOrderEachWithItsLastEdgesAndTheseWithTheirLastVertices)
+{
+    Tetrahedron t;
+    const Faces faces = listed(t.m_cell->m_vecFaces);
+    ASSERT_EQ(faces, (Faces { t.abc, t.acd, t.adb, t.bcd }));
+    for (const FaceIt face : faces)
+        face->m_vecCells.clear();
+    t.m_complex.RemoveFace(faces[0]);
+    EXPECT_EQ(counts(t.m_complex), (Counts { 4, 6, 3, 1 }));
+    t.m_complex.RemoveFace(faces[1]);
+    EXPECT_EQ(listed(t.m_complex.m_lstEdges), (Edges { t.db, t.cd, t.bc, t.ad, t.ab }));
+    EXPECT_EQ(t.m_complex.m_lstVerts.size(), 4U);
+    t.m_complex.RemoveFace(faces[2]);
+    EXPECT_EQ(listed(t.m_complex.m_lstEdges), (Edges { t.db, t.cd, t.bc }));
+    EXPECT_EQ(listed(t.m_complex.m_lstVerts), (std::vector { t.d, t.c, t.b }));
+    t.m_complex.RemoveFace(faces[3]);
+    EXPECT_EQ(counts(t.m_complex), (Counts { 0, 0, 0, 1 }));
+}
+
 } // namespace

@@ -221,4 +221,20 @@ TEST(EdgeSplitting, WithoutFacesOnlyTheHalvesAreAdded)
     EXPECT_EQ(morpher.m_counters.m_splitFaces, 0U);
 }
 
+// The shortest edge is 3 long: what is less than 1.0002 away snaps.
+TEST(EdgeSplitting, WhereNoFaceIsSplitVertsMoveAllTheSame)
+{
+    Morpher morpher;
+    const VertIt a = add_vert(morpher, { 0, 0, 0 });
+    const VertIt c = add_vert(morpher, { 10, 0, 0 });
+    edge_between(morpher, a, add_vert(morpher, { 3, 0, 0 }))->m_vIntersection = { 1.5, 0, 0 };
+    const EdgeIt snapping = edge_between(morpher, c, add_vert(morpher, { 13, 0, 0 }));
+    snapping->m_vIntersection = { 10.5, 0, 0 };
+    morpher.MorphGrid();
+    EXPECT_EQ(split_verts(morpher), "(1.5, 0, 0)");
+    EXPECT_EQ(morpher.m_counters.m_splitEdges, 1U);
+    EXPECT_EQ(text(c->m_vPosition), "(10.5, 0, 0)");
+    EXPECT_EQ(text(a->m_vPosition), "(0, 0, 0)");
+}
+
 } // namespace

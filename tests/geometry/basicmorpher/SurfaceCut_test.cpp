@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <deque>
 #include <list>
 #include <map>
+#include <memory>
 
 namespace {
 
@@ -134,6 +136,32 @@ TEST(SurfaceCut, ASnappedCornerIsPartOfTheCapAtItsNewPlace)
     EXPECT_EQ(morpher.m_counters.m_splitCells, 1U);
 }
 
+// Two boxes of side 16 beside each other on x, and the wall x = 8 through the first. Its tetrahedra
+// are cut from the youngest to the oldest, and each leaves the middles of the edges that it parts
+// from each other. A cap of four sides is cut from its least corner.
+TEST(SurfaceCut, AWallThroughTheFirstOfTwoBoxes)
+{
+    Morpher morpher;
+    Facet facet = patch(0, { 8, 8, 8 }, 64);
+    for (const double x : { 0.0, 16.0 }) {
+        morpher.AddCell({ x, 0, 0 }, { x + 16, 0, 0 }, { x + 16, 16, 0 }, { x, 16, 0 },
+            { x, 0, 16 }, { x + 16, 0, 16 }, { x + 16, 16, 16 }, { x, 16, 16 }, { &facet });
+    }
+    Surface surface;
+    morpher.GenerateApproximateSurface(surface);
+    EXPECT_EQ(texts(surface),
+        (std::vector<std::string> {
+            "(8, 8, 16) (8, 8, 8) (8, 16, 16)", // from O, (0,0,16), (0,16,16) to (16,16,16)
+            "(8, 16, 8) (8, 8, 8) (8, 16, 16)", // from O, (0,16,0), (0,16,16) to (16,16,16)
+            "(8, 8, 0) (8, 16, 0) (8, 16, 8)", // from O, (0,16,0) to (16,16,0), (16,16,16)
+            "(8, 8, 0) (8, 16, 8) (8, 8, 8)",
+            "(8, 0, 0) (8, 8, 8) (8, 8, 0)", // from O to (16,0,0), (16,16,0), (16,16,16)
+            "(8, 8, 8) (8, 0, 8) (8, 0, 0)", // from O to (16,0,0), (16,0,16), (16,16,16)
+            "(8, 0, 8) (8, 8, 8) (8, 8, 16)", // from O, (0,0,16) to (16,0,16), (16,16,16)
+            "(8, 0, 8) (8, 8, 16) (8, 0, 16)",
+        }));
+}
+
 // The patches at 6 and 10 are met by OX alone, whose ends are both outside.
 TEST(SurfaceCut, AnEdgeCrossedTwiceFromOutsideGetsOneVertInTheMiddle)
 {
@@ -186,11 +214,14 @@ TEST(SurfaceCut, AFaceOfSnappedCornersIsTheSurface)
     add_corner_tetrahedron(morpher, { &facet });
     Surface surface;
     morpher.GenerateApproximateSurface(surface);
-    // OX is met at 2 + 1 / 64 of 16 + 1 / 32, 129 of 1026; XY and ZX likewise from Y and Z.
-    const double x = 16 * (129.0 / 1026.0);
+    // OX from O and ZX from Z are met at 2 + 1 / 64 of 16 + 1 / 32, 129 of 1026; XY from X at 897
+    // of 1026. Products with 16 are exact, and so are their differences to 16 here. The face is O,
+    // Y, Z.
+    const Facet expected { Position { 0x1.017f405fd017fp+1, 0, 0 },
+        Position { 0x1.017f405fd0180p+1, 0x1.bfa02fe80bfa0p+3, 0 },
+        Position { 0x1.017f405fd017fp+1, 0, 0x1.bfa02fe80bfa0p+3 } };
     ASSERT_EQ(surface.size(), 1U);
-    for (std::size_t corner = 0; corner < 3; ++corner)
-        EXPECT_NEAR(surface.front()[corner][0], x, 1e-12);
+    EXPECT_EQ(std::memcmp(&surface.front(), &expected, sizeof(Facet)), 0) << text(surface.front());
     EXPECT_EQ(morpher.m_counters.m_snappedVerts, 3U);
     EXPECT_EQ(morpher.m_counters.m_splitEdges, 0U);
     EXPECT_EQ(morpher.m_lstCells.size(), 1U);
@@ -319,6 +350,57 @@ TEST(SurfaceCut, OneInputHasOneSurface)
     const OctahedronCut one({ 0.75, -1.25, 2.5 }, 20.3);
     const OctahedronCut other({ 0.75, -1.25, 2.5 }, 20.3);
     EXPECT_EQ(texts(one.surface), texts(other.surface));
+}
+
+/// Layer k of the 13 layers of boxes of a finer grid.
+void add_layer(Morpher& morpher, const FacetArray& facets, int k)
+{
+    const auto at = [](int i) { return i * 5.0 - 32.5; };
+    for (int j = 0; j < 13; ++j) {
+        for (int i = 0; i < 13; ++i) {
+            const Position a { at(i), at(j), at(k) };
+            const Position b { at(i + 1), at(j + 1), at(k + 1) };
+            morpher.AddCell(a, { b[0], a[1], a[2] }, { b[0], b[1], a[2] }, { a[0], b[1], a[2] },
+                { a[0], a[1], b[2] }, { b[0], a[1], b[2] }, b, { a[0], b[1], b[2] }, facets);
+        }
+    }
+}
+
+// More elements than fit into one chunk, so that chunks of complexes that are built by turns lie
+// between each other, some where another complex had its own before.
+TEST(SurfaceCut, OtherComplexesBesideItChangeNoByte)
+{
+    std::vector<Facet> facets = octahedron({ 0.75, -1.25, 2.5 }, 20.3);
+    FacetArray pointers;
+    for (Facet& facet : facets)
+        pointers.push_back(&facet);
+    auto freed = std::make_unique<Morpher>();
+    Morpher alone;
+    for (int k = 0; k < 13; ++k)
+        add_layer(alone, pointers, k);
+    Morpher one;
+    Morpher other;
+    for (int k = 0; k < 13; ++k) {
+        if (k < 7)
+            add_layer(*freed, pointers, k);
+        else
+            freed.reset();
+        add_layer(one, pointers, k);
+        add_layer(other, pointers, k);
+    }
+    ASSERT_GT(alone.m_lstCells.size(), 8192U);
+    std::vector<std::vector<Facet>> surfaces;
+    for (Morpher* morpher : { &alone, &one, &other }) {
+        Surface surface;
+        morpher->GenerateApproximateSurface(surface);
+        surfaces.emplace_back(surface.begin(), surface.end());
+    }
+    ASSERT_GT(surfaces[0].size(), 250U);
+    for (const std::vector<Facet>& surface : surfaces) {
+        ASSERT_EQ(surface.size(), surfaces[0].size());
+        EXPECT_EQ(
+            std::memcmp(surface.data(), surfaces[0].data(), surface.size() * sizeof(Facet)), 0);
+    }
 }
 
 // 8^3 boxes have 9^3 corners and 3 x 8 x 9 x 9 + 3 x 8 x 8 x 9 + 8^3 edges with the diagonals of
