@@ -9,6 +9,10 @@
 
 namespace Frontend {
 
+/// The case file that a name on the command line stands for: that of a directory is `case.toml` in
+/// it.
+[[nodiscard]] std::string case_file(const std::string& path);
+
 /// The record of a readable case: a TOML file and the files that it names, which are found from its
 /// directory. Everything that is wrong is told, not only the first; nothing if anything is.
 ///

@@ -30,8 +30,8 @@ void Diagnostics::print(std::ostream& stream) const
     for (const Item* item : sorted) {
         stream << item->place.file << ':';
         if (item->place.line > 0) // numbers as text: a stream may group digits
-            stream << std::to_string(item->place.line) << ':'
-                   << std::to_string(item->place.column) << ':';
+            stream << std::to_string(item->place.line) << ':' << std::to_string(item->place.column)
+                   << ':';
         stream << ' ' << item->text << '\n';
     }
 }

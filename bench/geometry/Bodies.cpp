@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bench/geometry/Bodies.h"
 
-#include "examples/generators/RobinBody.h"
+#include "frontend/models/RobinBody.h"
 
 #include <algorithm>
 #include <cmath>

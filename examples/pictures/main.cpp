@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "examples/generators/RobinBody.h"
 #include "examples/pictures/Svg.h"
+#include "frontend/models/RobinBody.h"
 #include "geometry/SurfaceStages.h"
 #include "geometry/TriangleCloud.h"
 #include "geometry/VectorMath.h"

@@ -8,7 +8,7 @@
 #include "case/SlvrMain.h"
 #include "case/SlvrRot.h"
 #include "case/TimeGrid.h"
-#include "examples/generators/SimpleAirfoil.h"
+#include "frontend/models/SimpleAirfoil.h"
 #include "examples/tour/RobinCase.h"
 #include "links/GeneralConLink.h"
 #include "state/ControllerState.h"
@@ -102,7 +102,7 @@ void show_airfoil_tables(VRK::ControllerInput& input)
             std::cout << "  " << name << " is used as " << cleaned << ": "
                       << table.m_lift.m_rows.size() << " angles, lift at 10 degrees and Mach "
                       << table.m_lift.mach(2).value_or(0) << " is "
-                      << table.m_lift.coefficient(19, 2).value_or(0) << ".\n";
+                      << table.m_lift.coefficient(31, 2).value_or(0) << ".\n";
             name = cleaned;
         }
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/geometry/zoo/Zoo.h"
 
-#include "examples/generators/RobinBody.h"
+#include "frontend/models/RobinBody.h"
 #include "geometry/VectorMath.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "examples/generators/RobinBody.h"
+#include "frontend/models/RobinBody.h"
 
 #include <array>
 #include <cmath>

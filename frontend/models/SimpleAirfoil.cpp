@@ -1,18 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "examples/generators/SimpleAirfoil.h"
+#include "frontend/models/SimpleAirfoil.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iomanip>
 #include <locale>
 #include <numbers>
 #include <sstream>
+#include <vector>
 
 namespace Examples {
 
 namespace {
 
-constexpr std::array<double, 5> kMachs { 0.0, 0.2, 0.4, 0.6, 0.8 };
+constexpr std::array<double, 6> kMachs { 0.0, 0.2, 0.4, 0.6, 0.8, 1.0 };
+constexpr double kLastScaled = 0.8; // beyond it the rule of the lift slope runs away
 constexpr double kStallDegrees = 14.0;
 
 std::string field(double value, int decimals)
@@ -26,8 +29,10 @@ std::string field(double value, int decimals)
 double lift(double radians, double mach)
 {
     const double stall = kStallDegrees * std::numbers::pi / 180.0;
-    if (std::abs(radians) <= stall)
-        return 2.0 * std::numbers::pi * radians / std::sqrt(1.0 - mach * mach);
+    if (std::abs(radians) <= stall) {
+        const double scaled = std::min(mach, kLastScaled);
+        return 2.0 * std::numbers::pi * radians / std::sqrt(1.0 - scaled * scaled);
+    }
     return 1.1 * std::sin(2.0 * radians);
 }
 
@@ -39,9 +44,14 @@ double drag(double radians, double /*mach*/)
 
 double moment(double /*radians*/, double /*mach*/) { return 0.0; }
 
-constexpr int kFirstAngle = -180;
-constexpr int kAngleStep = 10;
-constexpr int kAngles = 37;
+/// Degrees: close together up to the stall, far apart beyond it.
+std::vector<int> angles()
+{
+    std::vector<int> degrees;
+    for (int angle = -180; angle <= 180; angle += angle >= -20 && angle < 20 ? 2 : 10)
+        degrees.push_back(angle);
+    return degrees;
+}
 
 void write_table(std::ostream& table, double (*coefficient)(double radians, double mach))
 {
@@ -49,8 +59,7 @@ void write_table(std::ostream& table, double (*coefficient)(double radians, doub
     for (const double mach : kMachs)
         table << field(mach, 2);
     table << '\n';
-    for (int i = 0; i < kAngles; ++i) {
-        const int degrees = kFirstAngle + i * kAngleStep;
+    for (const int degrees : angles()) {
         table << field(degrees, 1);
         for (const double mach : kMachs)
             table << field(coefficient(degrees * std::numbers::pi / 180.0, mach), 4);
@@ -66,7 +75,7 @@ std::string simple_airfoil_table(const std::string& title)
     table.imbue(std::locale::classic());
     table << std::left << std::setw(30) << title.substr(0, 30) << std::right;
     for (int kind = 0; kind < 3; ++kind)
-        table << std::setw(2) << kMachs.size() << std::setw(2) << kAngles;
+        table << std::setw(2) << kMachs.size() << std::setw(2) << angles().size();
     table << '\n';
     write_table(table, lift);
     write_table(table, drag);

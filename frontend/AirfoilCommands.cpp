@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/AirfoilFile.h"
+#include "frontend/CaseCommands.h"
+#include "frontend/ExitStatus.h"
+#include "frontend/TextFile.h"
+
+#include <iostream>
+#include <optional>
+
+namespace Frontend {
+
+namespace {
+
+struct FoundTable {
+    std::vector<std::string> lines;
+    std::size_t before = 0;
+};
+
+std::optional<FoundTable> find_table(const std::string& path, Diagnostics& diagnostics)
+{
+    const auto bytes = read_text(path, diagnostics);
+    if (!bytes)
+        return std::nullopt;
+    FoundTable found { airfoil_lines(*bytes) };
+    const auto before = lines_before_table(found.lines);
+    if (!before) {
+        diagnostics.error({ path }, "there is no airfoil table in this file",
+            "a line with a title of 30 columns and six counts of 2 columns, and behind it as many "
+            "lines as the counts promise");
+        return std::nullopt;
+    }
+    found.before = *before;
+    return found;
+}
+
+std::string lines_text(std::size_t count)
+{
+    return std::to_string(count) + (count == 1 ? " line" : " lines");
+}
+
+int failed(const Diagnostics& diagnostics, ExitStatus status)
+{
+    diagnostics.print(std::cerr);
+    return status;
+}
+
+} // namespace
+
+int airfoil_check_command(const std::string& path)
+{
+    Diagnostics diagnostics;
+    const auto found = find_table(path, diagnostics);
+    if (!found)
+        return failed(diagnostics, kBadInput);
+    const std::string sizes = check_airfoil_table(path, found->before, diagnostics);
+    if (diagnostics.failed())
+        return failed(diagnostics, kBadInput);
+    diagnostics.print(std::cerr);
+    std::cout << path << ": good; " << sizes << " (Mach numbers x angles)";
+    if (found->before > 0)
+        std::cout << "; a run cuts the " << lines_text(found->before) << " before the table";
+    std::cout << '\n';
+    return kFinished;
+}
+
+int airfoil_clean_command(const std::string& path, const std::string& output, bool force)
+{
+    Diagnostics diagnostics;
+    const auto found = find_table(path, diagnostics);
+    if (!found)
+        return failed(diagnostics, kBadInput);
+    if (found->before == 0 && output.empty()) {
+        std::cout << path << ": nothing to clean; the table begins at the first line\n";
+        return kFinished;
+    }
+    const std::string directory = directory_of(path);
+    const std::string target
+        = output.empty() ? directory + '.' + path.substr(directory.size()) : output;
+    if (!may_write(target, force, diagnostics))
+        return failed(diagnostics, kBadInput);
+    std::string text; // as a run writes it: nothing behind the last line
+    for (std::size_t i = found->before; i < found->lines.size(); ++i)
+        text += (i > found->before ? "\n" : "") + found->lines[i];
+    if (!write_bytes(target, text, diagnostics))
+        return failed(diagnostics, kFailed);
+    std::cout << target << ": the table of " << path << " without the " << lines_text(found->before)
+              << " before it\n";
+    return kFinished;
+}
+
+} // namespace Frontend

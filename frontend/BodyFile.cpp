@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+// The one source that knows the mesh library.
+#include "frontend/BodyFile.h"
+
+#include "frontend/TextFile.h"
+
+#include <assimp/Importer.hpp>
+#include <assimp/postprocess.h>
+#include <assimp/scene.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace Frontend {
+
+namespace {
+
+using Point = Tavro::Vector<double, 3>;
+
+bool has_ending(const std::string& path, const std::string& ending)
+{
+    const auto same
+        = [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); };
+    return path.size() >= ending.size()
+        && std::equal(path.end() - static_cast<std::ptrdiff_t>(ending.size()), path.end(),
+            ending.begin(), same);
+}
+
+/// Turns about axis 0, 1 or 2.
+Point turned(const Point& p, std::size_t axis, double degrees)
+{
+    if (degrees == 0.0)
+        return p;
+    const double angle = degrees * std::numbers::pi / 180.0;
+    const std::size_t a = (axis + 1) % 3;
+    const std::size_t b = (axis + 2) % 3;
+    Point q = p;
+    q[a] = std::cos(angle) * p[a] - std::sin(angle) * p[b];
+    q[b] = std::sin(angle) * p[a] + std::cos(angle) * p[b];
+    return q;
+}
+
+void append(const aiMesh& mesh, Facets& facets, std::size_t& bad)
+{
+    for (unsigned int i = 0; i < mesh.mNumFaces; ++i) {
+        const aiFace& face = mesh.mFaces[i];
+        if (face.mNumIndices != 3) // points and lines have no surface
+            continue;
+        Tavro::Facet<double, 3, 3> facet {};
+        bool finite = true;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const aiVector3D& vertex = mesh.mVertices[face.mIndices[k]];
+            facet[k] = { vertex.x, vertex.y, vertex.z };
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                finite = finite && std::isfinite(facet[k][axis]);
+        }
+        bad += finite ? 0U : 1U;
+        facets.push_back(facet);
+    }
+}
+
+} // namespace
+
+Fields body_source_fields(BodySource& source)
+{
+    double* rotate = source.rotate;
+    double* translate = source.translate;
+    return {
+        { "file", &source.file, "",
+            "STL or OBJ file with the triangles, found from the directory of the case" },
+        { "scale", &source.scale, "", "factor on all coordinates, such as 0.001 for millimetres",
+            kPositive, 1.0 },
+        { "rotate", std::vector<double*> { rotate, rotate + 1, rotate + 2 }, "deg",
+            "turn about x, then y, then z, after scaling" },
+        { "translate", std::vector<double*> { translate, translate + 1, translate + 2 }, "m",
+            "move by x, y, z, after turning" },
+    };
+}
+
+void read_body_file(
+    const std::string& path, const Place& place, Diagnostics& diagnostics, Facets& facets)
+{
+    const std::string expected = "an STL or OBJ file";
+    if (!has_ending(path, ".stl") && !has_ending(path, ".obj")) {
+        diagnostics.error(place, "the name of the body file " + path + " ends in neither",
+            "a name that ends in .stl or .obj");
+        return;
+    }
+    if (is_directory(path) || !exists(path)) {
+        diagnostics.error(place, "there is no body file " + path, expected);
+        return;
+    }
+    Assimp::Importer importer;
+    const aiScene* scene = importer.ReadFile(path, aiProcess_Triangulate);
+    if (scene == nullptr) {
+        std::string reason = importer.GetErrorString();
+        std::replace(reason.begin(), reason.end(), '\n', ' ');
+        diagnostics.error(place, "the body file " + path + " cannot be read: " + reason, expected);
+        return;
+    }
+    std::size_t bad = 0;
+    const std::size_t before = facets.size();
+    for (unsigned int i = 0; i < scene->mNumMeshes; ++i)
+        append(*scene->mMeshes[i], facets, bad);
+    if (facets.size() == before)
+        diagnostics.error(place, "the body file " + path + " has no triangles", expected);
+    else if (bad > 0)
+        diagnostics.error(place,
+            std::to_string(bad) + " triangles of the body file " + path
+                + " have coordinates that are no numbers",
+            "finite coordinates");
+}
+
+void move_facets(const BodySource& source, Facets& facets)
+{
+    const auto zero = [](const double* numbers) {
+        return std::all_of(numbers, numbers + 3, [](double number) { return number == 0.0; });
+    };
+    // What stays where it is keeps its bits, whatever they are.
+    if (source.scale == 1.0 && zero(source.rotate) && zero(source.translate))
+        return;
+    for (auto& facet : facets) {
+        for (std::size_t k = 0; k < 3; ++k) {
+            Point p = facet[k];
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                p[axis] *= source.scale;
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                p = turned(p, axis, source.rotate[axis]);
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                p[axis] += source.translate[axis];
+            facet[k] = p;
+        }
+    }
+}
+
+} // namespace Frontend

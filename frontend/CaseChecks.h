@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "frontend/CaseTree.h"
+#include "frontend/Diagnostics.h"
+
+#include <string>
+
+namespace Frontend {
+
+/// Tells what is wrong, or likely so, with fields that are right by themselves: a domain without
+/// volume, tables that are missing, settings that have no effect. Of an unchecked case all that is
+/// a warning. Airfoil tables are found from `directory`.
+void check_case(const CaseTree& read, const std::string& directory, Diagnostics& diagnostics);
+
+} // namespace Frontend

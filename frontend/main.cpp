@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/CaseCommands.h"
+#include "frontend/Commands.h"
+#include "frontend/ExampleTexts.h"
+#include "frontend/ExitStatus.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+
+namespace Frontend {
+
+namespace {
+
+/// Values of a command's options; they live as long as the command does.
+struct Options {
+    std::string path;
+    std::string output;
+    bool force = false;
+    bool flag = false;
+};
+
+CLI::App* add_command(
+    CLI::App& app, const std::string& name, const std::string& doc, const std::string& example)
+{
+    CLI::App* command = app.add_subcommand(name, doc);
+    command->footer("Example:\n  " + example);
+    return command;
+}
+
+void add_force(CLI::App& command, const std::shared_ptr<Options>& options)
+{
+    command.add_flag("--force", options->force, "Replace files that exist");
+}
+
+} // namespace
+
+void add_new_command(CLI::App& app, Action& chosen)
+{
+    auto options = std::make_shared<Options>();
+    CLI::App* command = add_command(app, "new", "Make a directory with a case to start from",
+        "vortik new robin --example robin");
+    command->add_option("DIR", options->path, "Directory of the case")->required();
+    std::string names;
+    for (const ExampleText& example : example_texts())
+        names += (names.empty() ? "" : ", ") + example.name;
+    command->add_option("--example", options->output, "One of " + names + "; the first if none");
+    add_force(*command, options);
+    command->callback([&chosen, options] {
+        chosen = [options] {
+            return new_case_command(options->path, options->output, options->force);
+        };
+    });
+}
+
+void add_check_command(CLI::App& app, Action& chosen)
+{
+    auto options = std::make_shared<Options>();
+    CLI::App* command = add_command(app, "check", "Tell everything that is wrong with a case",
+        "vortik check robin        # reads robin/case.toml");
+    command->add_option(
+        "CASE", options->path, "A readable case, or the directory of its case.toml");
+    command->add_flag("--keys", options->flag, "List all keys that a case may have");
+    command->callback([&chosen, options] {
+        if (options->path.empty() && !options->flag)
+            throw CLI::RequiredError("CASE");
+        chosen = [options] {
+            return options->flag ? list_keys_command() : check_case_command(options->path);
+        };
+    });
+}
+
+void add_build_command(CLI::App& app, Action& chosen)
+{
+    auto options = std::make_shared<Options>();
+    CLI::App* command = add_command(
+        app, "build", "Make the binary case file of a case", "vortik build robin -o robin.bin");
+    command->add_option("CASE", options->path, "A readable case, or the directory of its case.toml")
+        ->required();
+    command->add_option("-o,--output", options->output, "File to write")->required();
+    add_force(*command, options);
+    command->callback([&chosen, options] {
+        chosen = [options] {
+            return build_case_command(options->path, options->output, options->force);
+        };
+    });
+}
+
+void add_show_command(CLI::App& app, Action& chosen)
+{
+    auto options = std::make_shared<Options>();
+    CLI::App* command = add_command(app, "show",
+        "Print a binary case file as a readable case; building that gives the same bytes",
+        "vortik show robin.bin > robin-again.toml");
+    command->add_option("FILE", options->path, "A binary case file")->required();
+    command->add_flag("--json", options->flag, "Print JSON, for other programs");
+    command->callback([&chosen, options] {
+        chosen = [options] { return show_case_command(options->path, options->flag); };
+    });
+}
+
+void add_airfoil_command(CLI::App& app, Action& chosen)
+{
+    CLI::App* airfoil = add_command(
+        app, "airfoil", "Look after airfoil tables", "vortik airfoil check robin/naca0012.dat");
+    airfoil->require_subcommand(1);
+
+    auto checked = std::make_shared<Options>();
+    CLI::App* check = add_command(*airfoil, "check", "Tell everything that is wrong with a table",
+        "vortik airfoil check robin/naca0012.dat");
+    check->add_option("FILE", checked->path, "An airfoil table")->required();
+    check->callback([&chosen, checked] {
+        chosen = [checked] { return airfoil_check_command(checked->path); };
+    });
+
+    auto cleaned = std::make_shared<Options>();
+    CLI::App* clean = add_command(*airfoil, "clean",
+        "Write a table without the lines in front of it, as a run does for itself",
+        "vortik airfoil clean measured.dat -o naca0012.dat");
+    clean->add_option("FILE", cleaned->path, "An airfoil table")->required();
+    clean->add_option(
+        "-o,--output", cleaned->output, "File to write; .FILE beside the table if none is named");
+    add_force(*clean, cleaned);
+    clean->callback([&chosen, cleaned] {
+        chosen = [cleaned] {
+            return airfoil_clean_command(cleaned->path, cleaned->output, cleaned->force);
+        };
+    });
+}
+
+namespace {
+
+int run_vortik(int argc, char** argv)
+{
+    CLI::App app("Readable cases in, supervised runs out.", "vortik");
+    app.set_version_flag("--version", "vortik " VORTIK_VERSION);
+    app.require_subcommand(1);
+    app.footer(
+        "Example:\n  vortik check robin\n\n`vortik COMMAND --help` tells more of a command.");
+    Action chosen;
+    add_new_command(app, chosen);
+    add_check_command(app, chosen);
+    add_build_command(app, chosen);
+    add_show_command(app, chosen);
+    add_airfoil_command(app, chosen);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kFinished : kBadInput;
+    }
+    return chosen();
+}
+
+} // namespace
+
+} // namespace Frontend
+
+int main(int argc, char** argv)
+{
+    try {
+        return Frontend::run_vortik(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "vortik: " << error.what() << '\n';
+        return Frontend::kFailed;
+    }
+}
