@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/airfoil/TableTexts.h"
+#include "tests/frontend/Vortik.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Testing::run_vortik;
+
+class AirfoilCommands : public testing::Test {
+protected:
+    [[nodiscard]] Testing::Outcome run(const std::vector<std::string>& arguments) const
+    {
+        return run_vortik(m_directory.path(), arguments);
+    }
+    void write(const std::string& name, const std::string& text) const
+    {
+        Testing::write_file(m_directory.path(name), text);
+    }
+    [[nodiscard]] std::string read(const std::string& name) const
+    {
+        return Testing::read_file(m_directory.path(name));
+    }
+
+private:
+    Testing::TemporaryDirectory m_directory;
+};
+
+TEST_F(AirfoilCommands, CheckTellsTheSizesOfAGoodTable)
+{
+    write("a.dat", TableTexts::kTable);
+    const auto outcome = run({ "airfoil", "check", "a.dat" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(
+        outcome.out, "a.dat: good; lift 2 x 3, drag 1 x 2, moment 1 x 1 (Mach numbers x angles)\n");
+}
+
+TEST_F(AirfoilCommands, CheckTellsOfLinesThatARunCuts)
+{
+    write("a.dat", "measured\nin 1980\n" + TableTexts::kTable);
+    EXPECT_EQ(run({ "airfoil", "check", "a.dat" }).out,
+        "a.dat: good; lift 2 x 3, drag 1 x 2, moment 1 x 1 (Mach numbers x angles); a run cuts the "
+        "2 lines before the table\n");
+}
+
+TEST_F(AirfoilCommands, CheckTellsFaultsByTheLineOfTheFile)
+{
+    // One comment, the control line and then the Mach numbers of lift: one of two is missing.
+    std::string table = TableTexts::kTable;
+    table.replace(table.find("   0.50"), 7, "       ");
+    write("a.dat", "measured\n" + table);
+    const auto outcome = run({ "airfoil", "check", "a.dat" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err,
+        "a.dat:3:1: Airfoil Table Validation Error:  More values expected for lift mach table\n");
+}
+
+TEST_F(AirfoilCommands, CheckTellsOfFieldsThatAreNoNumbers)
+{
+    std::string table = TableTexts::kTable;
+    table.replace(table.find("-.4000"), 6, "-.4O00");
+    write("a.dat", table);
+    const auto outcome = run({ "airfoil", "check", "a.dat" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(outcome.err.starts_with("a.dat: warning: the field '")) << outcome.err;
+}
+
+TEST_F(AirfoilCommands, AFileWithoutTableIsTold)
+{
+    write("a.dat", "nothing\n");
+    for (const char* what : { "check", "clean" }) {
+        const auto outcome = run({ "airfoil", what, "a.dat" });
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.err,
+            "a.dat: there is no airfoil table in this file; expected a line with a title of 30 "
+            "columns and six counts of 2 columns, and behind it as many lines as the counts "
+            "promise\n");
+    }
+    EXPECT_EQ(run({ "airfoil", "check", "none.dat" }).status, 2);
+}
+
+TEST_F(AirfoilCommands, CleanWritesTheTableBesideItsFile)
+{
+    write("a.dat", "measured\r\n" + TableTexts::with_dos_line_ends(TableTexts::kTable));
+    const auto outcome = run({ "airfoil", "clean", "a.dat" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, ".a.dat: the table of a.dat without the 1 line before it\n");
+    EXPECT_EQ(read(".a.dat"), TableTexts::without_last_line_end(TableTexts::kTable));
+    EXPECT_EQ(run({ "airfoil", "clean", "a.dat" }).err,
+        ".a.dat: the file exists and stays as it is; --force replaces it\n");
+    EXPECT_EQ(run({ "airfoil", "clean", "a.dat", "--force" }).status, 0);
+}
+
+TEST_F(AirfoilCommands, CleanWritesWhereItIsTold)
+{
+    write("a.dat", "measured\n" + TableTexts::kTable);
+    EXPECT_EQ(run({ "airfoil", "clean", "a.dat", "-o", "b.dat" }).out,
+        "b.dat: the table of a.dat without the 1 line before it\n");
+    EXPECT_EQ(read("b.dat"), TableTexts::without_last_line_end(TableTexts::kTable));
+}
+
+TEST_F(AirfoilCommands, ACleanTableNeedsNothing)
+{
+    write("a.dat", TableTexts::kTable);
+    const auto outcome = run({ "airfoil", "clean", "a.dat" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "a.dat: nothing to clean; the table begins at the first line\n");
+}
+
+} // namespace

@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: Apache-2.0
+// The commands as a user meets them: the program itself, its output, its errors and its status.
+#include "tests/frontend/Vortik.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+using Testing::kPlainCase;
+using Testing::run_vortik;
+
+class CaseCommands : public testing::Test {
+protected:
+    [[nodiscard]] Testing::Outcome run(const std::vector<std::string>& arguments) const
+    {
+        return run_vortik(m_directory.path(), arguments);
+    }
+    void write(const std::string& name, const std::string& text) const
+    {
+        Testing::write_file(m_directory.path(name), text);
+    }
+    [[nodiscard]] std::string read(const std::string& name) const
+    {
+        return Testing::read_file(m_directory.path(name));
+    }
+    [[nodiscard]] std::vector<std::string> names() const
+    {
+        return Testing::names_in(m_directory.path());
+    }
+
+private:
+    Testing::TemporaryDirectory m_directory;
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(CaseCommands, WithoutACommandTheLineIsWrong)
+{
+    const auto outcome = run({});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find("--help"), std::string::npos) << outcome.err;
+}
+
+TEST_F(CaseCommands, AnUnknownCommandOrOptionIsWrong)
+{
+    EXPECT_EQ(run({ "biuld" }).status, 2);
+    EXPECT_EQ(run({ "build", "x" }).status, 2); // no -o
+    EXPECT_EQ(run({ "check" }).status, 2);
+    EXPECT_EQ(run({ "check", "--quickly", "x" }).status, 2);
+    EXPECT_EQ(run({ "airfoil" }).status, 2);
+}
+
+TEST_F(CaseCommands, HelpIsThereForEveryCommandWithAnExample)
+{
+    EXPECT_EQ(run({ "--help" }).status, 0);
+    for (const Names& command : { Names { "new" }, { "check" }, { "build" }, { "show" },
+             { "airfoil" }, { "airfoil", "check" }, { "airfoil", "clean" } }) {
+        Names words = command;
+        words.emplace_back("--help");
+        const auto outcome = run(words);
+        EXPECT_EQ(outcome.status, 0) << command.back();
+        EXPECT_NE(outcome.out.find("Example:\n  vortik " + command[0]), std::string::npos)
+            << outcome.out;
+        EXPECT_EQ(outcome.err, "");
+    }
+}
+
+TEST_F(CaseCommands, TheVersionIsToldInOneLine)
+{
+    const auto outcome = run({ "--version" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(outcome.out.starts_with("vortik ")) << outcome.out;
+    EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 1);
+}
+
+TEST_F(CaseCommands, CheckTellsOfAGoodCaseWhatItHolds)
+{
+    write("plain.toml", kPlainCase);
+    const auto outcome = run({ "check", "plain.toml" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "plain.toml: good; 1 body of 4 triangles, 0 rotors, 10 time steps\n");
+}
+
+TEST_F(CaseCommands, CheckCountsWarningsOfAGoodCase)
+{
+    write(
+        "plain.toml", Testing::plain_case_with("[[time.layer]]\nduration = 1.0\nsteps = 10\n", ""));
+    const auto outcome = run({ "check", "plain.toml" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err,
+        "plain.toml: warning: there is no [[time.layer]], so the solver has no step to do\n");
+    EXPECT_EQ(outcome.out,
+        "plain.toml: good; 1 body of 4 triangles, 0 rotors, 0 time steps; 1 warning\n");
+}
+
+TEST_F(CaseCommands, CheckOfABadCaseTellsAllAndEndsWithTwo)
+{
+    write("case.toml", Testing::plain_case_with("steps = 10", "steps = 0\nstep = 1"));
+    const auto outcome = run({ "check", "." });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err,
+        "./case.toml:24:9: \"steps\" is 0; expected an integer at least 1\n"
+        "./case.toml:25:1: there is no key \"step\" in [[time.layer]]; expected \"steps\"\n"
+        "./case.toml: 2 errors\n");
+}
+
+TEST_F(CaseCommands, CheckOfAMissingCaseEndsWithTwo)
+{
+    const auto outcome = run({ "check", "none.toml" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err,
+        "none.toml: there is no such file; expected a file that can be read\nnone.toml: 1 error\n");
+}
+
+TEST_F(CaseCommands, CheckListsAllKeys)
+{
+    const auto outcome = run({ "check", "--keys" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find("## `[[rotor]]`"), std::string::npos);
+}
+
+TEST_F(CaseCommands, BuildWritesTheBinaryCase)
+{
+    write("plain.toml", kPlainCase);
+    const auto outcome = run({ "build", "plain.toml", "-o", "plain.bin" });
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+    // The smallest case has 732 bytes; "plain" adds 5, a body of 4 facets 4 + 1 + 4 + 4 + 4 x 72,
+    // a layer 8 + 4 + 4 + 4 x 8: 732 + 5 + 301 + 48 = 1086.
+    EXPECT_EQ(
+        outcome.out, "plain.bin: 1,086 bytes; 1 body of 4 triangles, 0 rotors, 10 time steps\n");
+    const std::string bytes = read("plain.bin");
+    EXPECT_EQ(bytes.size(), 1086U);
+    EXPECT_EQ(bytes.substr(0, 13), std::string("\0\0\0\0\5\0\0\0plain", 13));
+}
+
+TEST_F(CaseCommands, BuildOfABadCaseWritesNothing)
+{
+    write("plain.toml", Testing::plain_case_with("steps = 10", "steps = 0"));
+    EXPECT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).status, 2);
+    EXPECT_EQ(names(), Names { "plain.toml" });
+}
+
+TEST_F(CaseCommands, BuildReplacesNothingUnasked)
+{
+    write("plain.toml", kPlainCase);
+    write("plain.bin", "mine");
+    const auto outcome = run({ "build", "plain.toml", "-o", "plain.bin" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "plain.bin: the file exists and stays as it is; --force replaces it\n");
+    EXPECT_EQ(read("plain.bin"), "mine");
+    EXPECT_EQ(run({ "build", "plain.toml", "-o", "plain.bin", "--force" }).status, 0);
+    EXPECT_EQ(read("plain.bin").size(), 1086U);
+}
+
+TEST_F(CaseCommands, BuildIntoAMissingDirectoryFails)
+{
+    write("plain.toml", kPlainCase);
+    const auto outcome = run({ "build", "plain.toml", "-o", "none/plain.bin" });
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "none/plain.bin: the file cannot be written\n");
+}
+
+TEST_F(CaseCommands, ShowGivesATextThatBuildsTheSameBytes)
+{
+    write("plain.toml", kPlainCase);
+    ASSERT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).status, 0);
+    const auto shown = run({ "show", "plain.bin" });
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_EQ(shown.err, "");
+    EXPECT_NE(shown.out.find("\nname = \"plain\" # stem of every card and result file\n"),
+        std::string::npos);
+    write("again.toml", shown.out);
+    ASSERT_EQ(run({ "build", "again.toml", "-o", "again.bin" }).status, 0);
+    EXPECT_TRUE(read("plain.bin") == read("again.bin"));
+}
+
+TEST_F(CaseCommands, ShowGivesJsonForOtherPrograms)
+{
+    write("plain.toml", kPlainCase);
+    ASSERT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).status, 0);
+    const auto shown = run({ "show", "plain.bin", "--json" });
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_TRUE(
+        shown.out.starts_with("{\n  \"unchecked\": true,\n  \"case\": {\n    \"name\": \"plain\","))
+        << shown.out.substr(0, 200);
+    EXPECT_NE(shown.out.find("\"cells\": [16, 16, 16]"), std::string::npos);
+}
+
+TEST_F(CaseCommands, ShowOfWhatIsNoCaseEndsWithTwo)
+{
+    write("short.bin", "no case");
+    const auto outcome = run({ "show", "short.bin" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err,
+        "short.bin: this is no whole case file; expected a file that `vortik build` made\n");
+    EXPECT_EQ(run({ "show", "none.bin" }).status, 2);
+    EXPECT_EQ(run({ "show", "." }).err, ".: this is a directory; expected a file\n");
+}
+
+TEST_F(CaseCommands, ShowSaysSoIfBuildingWouldGiveOtherBytes)
+{
+    write("plain.toml", kPlainCase);
+    ASSERT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).status, 0);
+    write("more.bin", read("plain.bin") + "behind");
+    const auto shown = run({ "show", "more.bin" });
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_EQ(shown.err,
+        "more.bin: warning: building what is shown does not give the same bytes: the file has "
+        "bytes behind its last field, or texts and paths that are changed when they are read\n");
+}
+
+} // namespace

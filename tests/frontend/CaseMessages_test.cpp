@@ -1,0 +1,357 @@
+// SPDX-License-Identifier: Apache-2.0
+// Every kind of bad case, with its message as text. Lines and columns are counted by hand in the
+// text of `kPlainCase`.
+#include "frontend/CaseText.h"
+#include "tests/frontend/Vortik.h"
+#include "tests/support/Scopes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+using Testing::kPlainCase;
+using Testing::plain_case_with;
+
+/// What is told of a case that lies in a directory of its own, as case.toml.
+std::string messages(const std::string& text)
+{
+    const Testing::TemporaryDirectory directory;
+    Testing::write_file(directory.path("case.toml"), text);
+    Testing::write_file(directory.path("broken.stl"), "solid broken\n  facet normal 0 0\n");
+    Testing::write_file(directory.path("notes.txt"), "no table\n");
+    const Testing::WorkingDirectoryScope scope(directory.path());
+    Frontend::Diagnostics diagnostics;
+    const auto record = Frontend::read_case_text("case.toml", diagnostics);
+    EXPECT_EQ(record.has_value(), !diagnostics.failed());
+    std::ostringstream told;
+    diagnostics.print(told);
+    return told.str();
+}
+
+std::string with_rotor(const std::string& more)
+{
+    return kPlainCase
+        + "[[rotor]]\nname = \"R\"\ncenter = [0, 0, 0]\nradius = 1\ntip_speed = 10\nblades = 2\n"
+        + more;
+}
+
+TEST(CaseMessages, AGoodCaseIsSilent) { EXPECT_EQ(messages(kPlainCase), ""); }
+
+TEST(CaseMessages, AMissingCaseIsToldByItsName)
+{
+    Frontend::Diagnostics diagnostics;
+    EXPECT_FALSE(Frontend::read_case_text("/no/such/case.toml", diagnostics));
+    std::ostringstream told;
+    diagnostics.print(told);
+    EXPECT_EQ(told.str(),
+        "/no/such/case.toml: there is no such file; expected a file that can be read\n");
+}
+
+TEST(CaseMessages, TextThatIsNoTomlIsToldWhereItEnds)
+{
+    const std::string told = messages("[case]\nname = \n");
+    EXPECT_TRUE(told.starts_with("case.toml:2:8: this is not TOML: ")) << told;
+}
+
+TEST(CaseMessages, AKeyGivenTwiceIsToldAtTheSecond)
+{
+    const std::string told
+        = messages(plain_case_with("name = \"plain\"", "name = \"a\"\nname = \"b\""));
+    EXPECT_TRUE(told.starts_with("case.toml:3:")) << told;
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+}
+
+TEST(CaseMessages, AnUnknownKeyIsToldWithTheNearestOne)
+{
+    EXPECT_EQ(messages(plain_case_with("cells = [16", "cells = [16, 16, 16]\ncels = [16")),
+        "case.toml:8:1: there is no key \"cels\" in [grid]; expected \"cells\"\n");
+}
+
+TEST(CaseMessages, AnUnknownKeyThatResemblesNothingNamesTheList)
+{
+    EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nquux = 3")),
+        "case.toml:11:1: there is no key \"quux\" in [[body]]; expected a key that "
+        "`vortik check --keys` lists\n");
+}
+
+TEST(CaseMessages, AnUnknownTableIsToldWithTheNearestOne)
+{
+    EXPECT_EQ(messages(kPlainCase + "[flw]\ndensity = 1\n"),
+        "case.toml:25:2: there is no key \"flw\" in the case; expected \"flow\"\n");
+}
+
+TEST(CaseMessages, AMissingKeyIsToldAtItsTable)
+{
+    EXPECT_EQ(messages(plain_case_with("cells = [16, 16, 16]\n", "")),
+        "case.toml:4:1: [grid] lacks the key \"cells\"; expected [3 integers] at least 1\n");
+}
+
+TEST(CaseMessages, AMissingTableIsToldByItsKeys)
+{
+    EXPECT_EQ(messages(plain_case_with("[case]\nname = \"plain\"\n", "")),
+        "case.toml: [case] lacks the key \"name\"; expected a text\n");
+}
+
+TEST(CaseMessages, ATextForANumberIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("duration = 1.0", "duration = \"long\"")),
+        "case.toml:23:12: \"duration\" is \"long\"; expected a number above 0\n");
+}
+
+TEST(CaseMessages, ANumberForATextIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("\"plain\"", "7")),
+        "case.toml:2:8: \"name\" is 7; expected a text\n");
+}
+
+TEST(CaseMessages, AFractionForAnIntegerIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("steps = 10", "steps = 10.5")),
+        "case.toml:24:9: \"steps\" is 10.5; expected an integer at least 1\n");
+}
+
+TEST(CaseMessages, ANumberForAYesOrNoIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nflag = 1.5")),
+        "case.toml:11:8: \"flag\" is 1.5; expected true or false\n");
+}
+
+TEST(CaseMessages, AYesOrNoThatDoesNotFitAByteIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nflag = 256")),
+        "case.toml:11:8: \"flag\" is 256; expected true or false\n");
+}
+
+TEST(CaseMessages, ADateIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("duration = 1.0", "duration = 1979-05-27")),
+        "case.toml:23:12: \"duration\" is a date or time; expected a number above 0\n");
+}
+
+TEST(CaseMessages, AnIntegerThatDoesNotFitItsFieldIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("name = \"plain\"", "name = \"plain\"\nlink_id = -1")),
+        "case.toml:3:11: \"link_id\" is -1; expected an integer from 0 to 4294967295\n");
+}
+
+TEST(CaseMessages, ANumberOutOfRangeIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("level = 2", "level = 31")),
+        "case.toml:11:9: \"level\" is 31; expected an integer from 0 to 30\n");
+}
+
+TEST(CaseMessages, ANumberThatMustBeAboveItsLimitMayNotBeIt)
+{
+    EXPECT_EQ(messages(plain_case_with("duration = 1.0", "duration = 0.0")),
+        "case.toml:23:12: \"duration\" is 0.0; expected a number above 0\n");
+}
+
+TEST(CaseMessages, InfinityIsOutOfRange)
+{
+    EXPECT_EQ(messages(plain_case_with("domain_max = [8,", "domain_max = [inf,")),
+        "case.toml:6:15: an entry of \"domain_max\" is inf; expected a number\n");
+}
+
+TEST(CaseMessages, AnUnknownChoiceIsToldWithAllOfThem)
+{
+    EXPECT_EQ(messages(plain_case_with("\"velocity\"", "\"speed\"")),
+        "case.toml:20:8: \"type\" is \"speed\"; expected \"pressure\", \"velocity\", \"none\", or "
+        "an "
+        "integer\n");
+}
+
+TEST(CaseMessages, AListOfAnotherLengthIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("[-8, -8, -8]", "[-8, -8]")),
+        "case.toml:5:14: \"domain_min\" has 2 entries; expected [3 numbers]\n");
+    EXPECT_EQ(messages(plain_case_with("[16, 16, 16]", "[16]")),
+        "case.toml:7:9: \"cells\" has 1 entry; expected [3 integers] at least 1\n");
+}
+
+TEST(CaseMessages, ANumberForAListIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("[16, 16, 16]", "16")),
+        "case.toml:7:9: \"cells\" is 16; expected [3 integers] at least 1\n");
+}
+
+TEST(CaseMessages, ARowOfAnotherLengthIsToldAtTheRow)
+{
+    EXPECT_EQ(messages(plain_case_with("    [2, 0, 0, 0, 2, 0, 0, 0, 2]", "    [2, 0, 0]")),
+        "case.toml:16:5: a row of \"facets\" has 3 entries; expected 9 numbers\n");
+}
+
+TEST(CaseMessages, AnEntryOfARowIsToldAtItself)
+{
+    EXPECT_EQ(messages(with_rotor("chord = [[0.2, 0.1], [1.0, \"x\"]]\nchord_table = true\n"
+                                  "airfoil = [{ file = \"notes.txt\" }]\n"))
+                  .substr(0, 70),
+        "case.toml:31:28: an entry of \"chord\" is \"x\"; expected a number\n");
+}
+
+TEST(CaseMessages, ATableForAListOfTablesIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("[[time.layer]]", "[time.layer]")),
+        "case.toml:22:1: \"layer\" is a table; expected tables, each under [[time.layer]]\n");
+}
+
+TEST(CaseMessages, ANumberForATableIsTold)
+{
+    EXPECT_EQ(
+        messages("flow = 3\n" + kPlainCase), "case.toml:1:8: [flow] is 3; expected a table\n");
+}
+
+TEST(CaseMessages, ANumberAmongTablesIsTold)
+{
+    EXPECT_EQ(messages("rotor = [3]\n" + kPlainCase),
+        "case.toml:1:10: an entry of \"rotor\" is 3; expected a table\n");
+}
+
+TEST(CaseMessages, AMissingBodyFileIsToldAtItsName)
+{
+    EXPECT_EQ(messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\nfile = \"hull.stl\"\n"),
+        "case.toml:28:8: there is no body file hull.stl; expected an STL or OBJ file\n");
+}
+
+TEST(CaseMessages, ABodyFileOfAnotherKindIsTold)
+{
+    EXPECT_EQ(messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\nfile = \"notes.txt\"\n"),
+        "case.toml:28:8: the name of the body file notes.txt ends in neither; expected a name that "
+        "ends in .stl or .obj\n");
+}
+
+TEST(CaseMessages, ABrokenBodyFileIsTold)
+{
+    const std::string told
+        = messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\nfile = \"broken.stl\"\n");
+    EXPECT_TRUE(told.starts_with("case.toml:28:8: the body file broken.stl ")) << told;
+    EXPECT_TRUE(told.ends_with("; expected an STL or OBJ file\n")) << told;
+}
+
+TEST(CaseMessages, ABodyWithoutTrianglesIsTold)
+{
+    EXPECT_EQ(messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\n"),
+        "case.toml:25:1: [[body]] has no triangles; expected \"file\", the name of an STL or OBJ "
+        "file, or \"facets\"\n");
+}
+
+TEST(CaseMessages, ABodyWithFileAndFacetsIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nfile = \"hull.stl\"")),
+        "case.toml:11:8: \"file\" and \"facets\" are given for one body; expected one of them\n");
+}
+
+TEST(CaseMessages, AMissingAirfoilTableIsToldAtItsName)
+{
+    EXPECT_EQ(messages(with_rotor("[[rotor.airfoil]]\nfile = \"naca.dat\"\n")),
+        "case.toml:32:1: there is no airfoil table naca.dat; expected a file in the fixed-column "
+        "layout\n");
+}
+
+TEST(CaseMessages, AFileWithoutAirfoilTableIsAWarning)
+{
+    EXPECT_EQ(messages(with_rotor("[[rotor.airfoil]]\nfile = \"notes.txt\"\n")),
+        "case.toml:32:1: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
+        "tells why\n");
+}
+
+TEST(CaseMessages, ADomainWithoutVolumeIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("domain_max = [8, 8, 8]", "domain_max = [8, -8, 8]")),
+        "case.toml:6:1: the domain has no extent along y: -8.0 to -8.0; expected \"domain_max\" "
+        "above "
+        "\"domain_min\"\n");
+}
+
+TEST(CaseMessages, LevelsThatAreTurnedRoundAreTold)
+{
+    EXPECT_EQ(messages(kPlainCase
+                  + "[grid.wetted_surface]\non = true\nlevel = 2\nlevel_min = 5\nlevel_max = 4\n"),
+        "case.toml:29:1: \"level_max\" is below \"level_min\"; expected at least 5\n");
+}
+
+TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsTold)
+{
+    const std::string path(1001, 'p');
+    EXPECT_EQ(messages(plain_case_with(
+                  "name = \"plain\"", "name = \"plain\"\ncompletion_file = \"" + path + '"')),
+        "case.toml:3:1: \"completion_file\" has 1001 bytes; expected at most 1000\n");
+    EXPECT_EQ(messages(plain_case_with("name = \"plain\"",
+                  "name = \"plain\"\ncompletion_file = \"" + path.substr(1) + '"')),
+        "");
+}
+
+TEST(CaseMessages, ACaseNameThatIsNoFileNameIsTold)
+{
+    EXPECT_EQ(messages(plain_case_with("\"plain\"", "\"\"")),
+        "case.toml:2:1: \"name\" is empty; expected the stem of file names\n");
+    EXPECT_EQ(messages(plain_case_with("\"plain\"", "\"a/b\"")),
+        "case.toml:2:1: \"name\" has a \"/\" in it; expected the stem of file names\n");
+}
+
+TEST(CaseMessages, AdaptationWithoutPeriodIsTold)
+{
+    EXPECT_EQ(messages(kPlainCase + "[adaptation]\non = true\nperiod = 0\n"),
+        "case.toml:27:1: adaptation is on and its \"period\" is 0; expected at least 1\n");
+}
+
+TEST(CaseMessages, SettingsWithoutEffectAreWarnings)
+{
+    EXPECT_EQ(messages(plain_case_with("name = \"plain\"", "name = \"plain\"\nrestart_file = \"r\"")
+                  + "[trajectory]\ntext = \"fly\"\n"),
+        "case.toml:3:1: warning: \"restart_file\" has no effect and is not kept: \"restart\" is "
+        "not "
+        "on\n"
+        "case.toml:27:1: warning: \"text\" has no effect and is not kept: \"on\" is not set\n");
+}
+
+TEST(CaseMessages, ARotorWithoutAirfoilsOrWithTablesThatDoNotCountIsAWarning)
+{
+    EXPECT_EQ(messages(with_rotor("twist_table = true\nchord = [[1, 0.1], [0, 0.1]]\n")),
+        "case.toml:25:1: warning: the rotor has no [[rotor.airfoil]]\n"
+        "case.toml:31:1: warning: \"twist_table\" is on, but \"twist\" has no rows\n"
+        "case.toml:32:1: warning: r/R does not go up from row to row of \"chord\"\n"
+        "case.toml:32:1: warning: \"chord\" has no effect: \"chord_table\" is not on\n");
+}
+
+TEST(CaseMessages, ACaseWithoutLayersIsAWarning)
+{
+    EXPECT_EQ(messages(plain_case_with("[[time.layer]]\nduration = 1.0\nsteps = 10\n", "")),
+        "case.toml: warning: there is no [[time.layer]], so the solver has no step to do\n");
+}
+
+TEST(CaseMessages, AllFaultsAreToldAtOnceInTheOrderOfTheFile)
+{
+    EXPECT_EQ(messages(R"([case]
+nam = "x"
+threads = 0
+[grid]
+domain_min = [0, 0]
+domain_max = [1, 1, "1"]
+[[body]]
+id = -1
+file = "no.obj"
+[flow]
+gamma = 0.5
+)"),
+        "case.toml:1:1: [case] lacks the key \"name\"; expected a text\n"
+        "case.toml:2:1: there is no key \"nam\" in [case]; expected \"name\"\n"
+        "case.toml:3:11: \"threads\" is 0; expected an integer at least 1\n"
+        "case.toml:4:1: [grid] lacks the key \"cells\"; expected [3 integers] at least 1\n"
+        "case.toml:5:14: \"domain_min\" has 2 entries; expected [3 numbers]\n"
+        "case.toml:6:21: an entry of \"domain_max\" is \"1\"; expected a number\n"
+        "case.toml:7:1: [[body]] lacks the key \"level\"; expected an integer from 0 to 30\n"
+        "case.toml:8:6: \"id\" is -1; expected an integer from 0 to 4294967295\n"
+        "case.toml:9:8: there is no body file no.obj; expected an STL or OBJ file\n"
+        "case.toml:11:9: \"gamma\" is 0.5; expected a number at least 1\n");
+}
+
+TEST(CaseMessages, AnUncheckedCaseIsOnlyWarnedOf)
+{
+    EXPECT_EQ(messages("unchecked = true\n" + plain_case_with("level = 2", "level = 31")),
+        "case.toml:12:9: warning: \"level\" is 31; expected an integer from 0 to 30\n");
+}
+
+} // namespace

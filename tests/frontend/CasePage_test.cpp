@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/CasePage.h"
+#include "frontend/NearestName.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(CasePage, TheManualHoldsTheTableOfFields)
+{
+    const std::string page = Testing::read_file(std::string(VORTIK_SOURCE_DIR) + "/docs/case.md");
+    const auto at = page.find("## Keys\n\n");
+    ASSERT_NE(at, std::string::npos);
+    // Line by line, so that a difference is told as one.
+    EXPECT_EQ(page.substr(at + 9), Frontend::case_page_tables());
+}
+
+TEST(CasePage, ARowHasKeyKindUnitDefaultAndMeaning)
+{
+    const std::string tables = Frontend::case_page_tables();
+    const auto has = [&tables](const std::string& line) {
+        return tables.find('\n' + line + '\n') != std::string::npos;
+    };
+    EXPECT_TRUE(has("| `density` | a number above 0 | kg/m3 | `1.225` | density (\"rho\") |"));
+    EXPECT_TRUE(has("| `radius` | a number above 0 | m | must be given | rotor radius R |"));
+    EXPECT_TRUE(has("| `application` | \"propeller\", \"wind_turbine\", or an integer |  | "
+                    "`\"propeller\"` | what the rotors are |"));
+    EXPECT_TRUE(has("## `[[rotor.airfoil]]`"));
+    EXPECT_TRUE(has("## `[boundary.z_max]`"));
+}
+
+TEST(NearestName, TheNameWithTheFewestChangedLettersIsMeant)
+{
+    const std::vector<std::string> names { "cells", "hybrid", "domain_min", "domain_max" };
+    EXPECT_EQ(Frontend::nearest_name("cels", names), "cells");
+    EXPECT_EQ(Frontend::nearest_name("domain_mx", names), "domain_max"); // one letter, not two
+    EXPECT_EQ(Frontend::nearest_name("hibryd", names), "hybrid");
+}
+
+TEST(NearestName, NothingIsMeantIfAllAreFar)
+{
+    EXPECT_EQ(Frontend::nearest_name("quux", { "cells", "id" }), "");
+    EXPECT_EQ(Frontend::nearest_name("x", {}), "");
+}
+
+} // namespace

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/support/Files.h"
+#include "tests/support/Isolated.h"
+#include "tests/support/Programs.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace Testing {
+
+/// Runs the program itself in a directory, as a shell would.
+inline Outcome run_vortik(const std::string& directory, const std::vector<std::string>& arguments)
+{
+    const std::string program = program_beside_this("vortik");
+    return run_isolated([&] {
+        std::vector<std::string> words { "vortik" };
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        std::vector<char*> pointers;
+        for (std::string& word : words)
+            pointers.push_back(word.data());
+        pointers.push_back(nullptr);
+        if (::chdir(directory.c_str()) == 0)
+            ::execv(program.c_str(), pointers.data());
+        ::_exit(99);
+    });
+}
+
+/// A case with nothing in it that needs a file: 24 lines, no warning.
+inline const std::string kPlainCase = R"([case]
+name = "plain"
+
+[grid]
+domain_min = [-8, -8, -8]
+domain_max = [8, 8, 8]
+cells = [16, 16, 16]
+
+[[body]]
+id = 1
+level = 2
+facets = [
+    [0, 0, 0, 0, 2, 0, 2, 0, 0],
+    [0, 0, 0, 0, 0, 2, 0, 2, 0],
+    [0, 0, 0, 2, 0, 0, 0, 0, 2],
+    [2, 0, 0, 0, 2, 0, 0, 0, 2],
+]
+
+[boundary.x_min]
+type = "velocity"
+
+[[time.layer]]
+duration = 1.0
+steps = 10
+)";
+
+/// That case with one text in place of another, which must be there.
+inline std::string plain_case_with(const std::string& from, const std::string& to)
+{
+    std::string text = kPlainCase;
+    const auto at = text.find(from);
+    if (at == std::string::npos)
+        throw std::runtime_error("the plain case has no " + from);
+    return text.replace(at, from.size(), to);
+}
+
+} // namespace Testing
