@@ -3,6 +3,8 @@
 #include "frontend/Commands.h"
 #include "frontend/ExampleTexts.h"
 #include "frontend/ExitStatus.h"
+#include "frontend/SurfaceCommand.h"
+#include "tavrobase/Exception.h"
 
 #include <CLI/CLI.hpp>
 
@@ -131,6 +133,30 @@ void add_airfoil_command(CLI::App& app, Action& chosen)
     });
 }
 
+void add_surface_command(CLI::App& app, Action& chosen)
+{
+    auto options = std::make_shared<SurfaceOptions>();
+    CLI::App* command = add_command(app, "surface",
+        "Make the approximate wetted surface of bodies, and tell its figures",
+        "vortik surface fuselage.stl pylon.stl --level 6 -o skin.vtk\n"
+        "  vortik surface robin -o skin.vtk");
+    command
+        ->add_option("BODY", options->bodies,
+            "STL and OBJ files, or one readable case with its bodies and its level")
+        ->required();
+    command->add_option("--level", options->level,
+        "Level of the cells: 2^N of them along the longest side of all bodies");
+    command->add_option("--scale", options->scale, "Factor on the coordinates of body files")
+        ->check(CLI::PositiveNumber);
+    command
+        ->add_option(
+            "-o,--output", options->output, "File to write: .p3d, .stl, or .vtk for ParaView")
+        ->required();
+    command->add_flag("--force", options->force, "Replace a file that exists");
+    command->callback(
+        [&chosen, options] { chosen = [options] { return surface_command(*options); }; });
+}
+
 namespace {
 
 int run_vortik(int argc, char** argv)
@@ -146,6 +172,7 @@ int run_vortik(int argc, char** argv)
     add_build_command(app, chosen);
     add_show_command(app, chosen);
     add_airfoil_command(app, chosen);
+    add_surface_command(app, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -164,6 +191,9 @@ int main(int argc, char** argv)
         return Frontend::run_vortik(argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "vortik: " << error.what() << '\n';
+        return Frontend::kFailed;
+    } catch (const Tavro::Exception& error) {
+        std::cerr << "vortik: " << error.What() << '\n';
         return Frontend::kFailed;
     }
 }

@@ -57,7 +57,7 @@ TEST_F(CaseCommands, HelpIsThereForEveryCommandWithAnExample)
 {
     EXPECT_EQ(run({ "--help" }).status, 0);
     for (const Names& command : { Names { "new" }, { "check" }, { "build" }, { "show" },
-             { "airfoil" }, { "airfoil", "check" }, { "airfoil", "clean" } }) {
+             { "surface" }, { "airfoil" }, { "airfoil", "check" }, { "airfoil", "clean" } }) {
         Names words = command;
         words.emplace_back("--help");
         const auto outcome = run(words);

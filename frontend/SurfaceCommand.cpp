@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/SurfaceCommand.h"
+
+#include "frontend/BodyFile.h"
+#include "frontend/CaseText.h"
+#include "frontend/ExitStatus.h"
+#include "frontend/GeometryChecks.h"
+#include "frontend/SurfaceFigures.h"
+#include "frontend/TextFile.h"
+#include "geometry/SurfaceOutput.h"
+#include "geometry/TriangleCloud.h"
+#include "tavrobase/StringUtilities.h"
+
+#include <exception>
+#include <filesystem>
+#include <iostream>
+
+namespace Frontend {
+
+namespace {
+
+constexpr unsigned int kHighestLevel = 12; // above it the cells no longer fit into memory
+
+struct NamedFacets {
+    std::string name;
+    Facets facets;
+};
+
+struct Input {
+    std::vector<NamedFacets> bodies;
+    std::optional<unsigned int> level;
+};
+
+/// The one case among the bodies, or nothing if they are body files.
+bool is_case(const std::vector<std::string>& bodies)
+{
+    return bodies.size() == 1 && (is_directory(bodies[0]) || bodies[0].ends_with(".toml"));
+}
+
+Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
+{
+    Input input { {}, options.level };
+    if (is_case(options.bodies)) {
+        Diagnostics checked; // a case is checked for its own cells, not for the ones asked for here
+        const auto record = read_case_text(options.bodies[0], checked);
+        if (!record) {
+            checked.print(std::cerr);
+            diagnostics.error({ case_file(options.bodies[0]) }, "the case has errors");
+            return input;
+        }
+        for (const VRK::BodyData& body : record->m_vecBodies)
+            input.bodies.push_back(
+                { "body " + std::to_string(body.m_uintBodyId), body.m_vecFacets });
+        if (!input.level)
+            input.level = record->m_grid.m_uintWettedSurfaceArg;
+        return input;
+    }
+    BodySource source;
+    source.scale = options.scale;
+    for (const std::string& path : options.bodies) {
+        NamedFacets body { "this body", {} };
+        read_body_file(path, { path }, diagnostics, body.facets);
+        move_facets(source, body.facets);
+        input.bodies.push_back(std::move(body));
+    }
+    return input;
+}
+
+void check_bodies(const Input& input, const SurfaceOptions& options, Diagnostics& diagnostics)
+{
+    std::vector<const Facets*> all;
+    for (const NamedFacets& body : input.bodies)
+        all.push_back(&body.facets);
+    const double cell = wetted_cell(all, *input.level);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const std::string& file = options.bodies[is_case(options.bodies) ? 0 : i];
+        check_body({ input.bodies[i].name, { case_file(file) }, all[i], cell }, diagnostics);
+    }
+}
+
+/// The form of the output; nothing if its ending is none of ours.
+enum class Form { P3D, STL, VTK };
+std::optional<Form> form_of(const std::string& path)
+{
+    if (path.ends_with(".p3d"))
+        return Form::P3D;
+    if (path.ends_with(".stl"))
+        return Form::STL;
+    if (path.ends_with(".vtk"))
+        return Form::VTK;
+    return std::nullopt;
+}
+
+/// Lets `write` make a file of that name in a directory of its own beside the place where it
+/// belongs, and moves it there once it is whole.
+template <typename Write>
+bool write_whole(const std::string& path, Write write)
+{
+    namespace fs = std::filesystem;
+    const std::string name = path.substr(directory_of(path).size());
+    const fs::path beside = path + ".part";
+    std::error_code error;
+    if (!fs::create_directory(beside, error))
+        return false;
+    const bool good = write((beside / name).string());
+    if (good)
+        fs::rename(beside / name, path, error);
+    std::error_code ignored; // what stays of it is only room on the disk
+    fs::remove_all(beside, ignored);
+    return good && !error;
+}
+
+bool write_surface(const std::string& path, const Tavro::RefPtr<Surface>& surface,
+    unsigned char normals, unsigned char curvature, Diagnostics& diagnostics)
+{
+    const Form form = *form_of(path);
+    if (form == Form::VTK)
+        return write_bytes(path, vtk_text(*surface, normals, curvature), diagnostics);
+    Tavro::Matrix44<double> identity {};
+    for (const std::size_t i : { 0U, 5U, 10U, 15U })
+        identity[i] = Tavro::Matrix44<double>::s_1;
+    const Tavro::PlacedSurfaces<double> placed { { surface, identity } };
+    const bool good = write_whole(path, [&](const std::string& name) {
+        Tavro::FilePath file;
+        file += name;
+        std::string error;
+        return form == Form::P3D ? Tavro::OutputToFile_P3D_ASC_VRK_MZ<double>(file, placed, error)
+                                 : Tavro::OutputToFile_STL_Binary<double>(file, placed, error);
+    });
+    if (!good)
+        diagnostics.error({ path }, "the file cannot be written");
+    return good;
+}
+
+void print_figures(const SurfaceOptions& options, unsigned int level, const SurfaceFigures& figures)
+{
+    using Tavro::NumToString;
+    std::cout << options.output << ": "
+              << Tavro::formatInteger(static_cast<unsigned long>(figures.triangles))
+              << " triangles at level " << NumToString(level) << '\n'
+              << "  closed     ";
+    if (figures.openEdges == 0)
+        std::cout << "yes\n";
+    else
+        std::cout << "no; " << Tavro::formatInteger(static_cast<unsigned long>(figures.openEdges))
+                  << " edges do not have two triangles\n";
+    std::cout << "  area       " << NumToString(figures.area) << '\n';
+    if (figures.openEdges == 0)
+        std::cout << "  volume     " << NumToString(figures.volume) << '\n';
+    std::cout << "  curvature  " << NumToString(figures.leastCurvature) << " to "
+              << NumToString(figures.mostCurvature) << " degrees\n";
+}
+
+int bad_input(const Diagnostics& diagnostics)
+{
+    diagnostics.print(std::cerr);
+    return kBadInput;
+}
+
+} // namespace
+
+int surface_command(const SurfaceOptions& options)
+{
+    Diagnostics diagnostics;
+    if (!form_of(options.output)) {
+        diagnostics.error({ options.output }, "the name ends in none of the forms there are",
+            "a name that ends in .p3d, .stl or .vtk");
+        return bad_input(diagnostics);
+    }
+    (void)may_write(options.output, options.force, diagnostics); // it is told with what follows
+    const Input input = read_bodies(options, diagnostics);
+    if (!input.level && !diagnostics.failed())
+        diagnostics.error({ options.bodies[0] }, "body files have no level of cells",
+            "--level N, such as --level 6");
+    if (input.level > kHighestLevel)
+        diagnostics.error({ options.bodies[0] }, "the level is " + std::to_string(*input.level),
+            "at most " + std::to_string(kHighestLevel));
+    if (diagnostics.failed())
+        return bad_input(diagnostics);
+    check_bodies(input, options, diagnostics);
+    diagnostics.print(std::cerr);
+
+    Tavro::TriangleCloud cloud;
+    for (const NamedFacets& body : input.bodies) {
+        for (const auto& facet : body.facets)
+            (void)cloud.AddTriangle(facet[0], facet[1], facet[2]); // degenerate ones drop out
+    }
+    Tavro::RefPtr<Surface> surface;
+    unsigned char normals = 0;
+    unsigned char curvature = 0;
+    try {
+        surface = cloud.GenerateApproximateWettedSurface(*input.level, normals, true, curvature);
+    } catch (const std::exception& error) {
+        std::cerr << options.output << ": the surface cannot be made: " << error.what() << '\n';
+        return kFailed;
+    }
+    Diagnostics writing;
+    if (!write_surface(options.output, surface, normals, curvature, writing)) {
+        writing.print(std::cerr);
+        return kFailed;
+    }
+    print_figures(options, *input.level, figures_of(*surface, curvature));
+    return kFinished;
+}
+
+} // namespace Frontend

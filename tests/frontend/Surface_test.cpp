@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/SurfaceFigures.h"
+#include "tests/frontend/Vortik.h"
+
+#include <gtest/gtest.h>
+
+#include <numbers>
+
+namespace {
+
+using Testing::run_vortik;
+
+class SurfaceCommand : public testing::Test {
+protected:
+    [[nodiscard]] Testing::Outcome run(const std::vector<std::string>& arguments) const
+    {
+        return run_vortik(m_directory.path(), arguments);
+    }
+    [[nodiscard]] std::string path(const std::string& name) const { return m_directory.path(name); }
+    [[nodiscard]] std::string read(const std::string& name) const
+    {
+        return Testing::read_file(path(name));
+    }
+    void make_sphere() const { ASSERT_EQ(run({ "new", "s" }).status, 0); }
+
+private:
+    Testing::TemporaryDirectory m_directory;
+};
+
+/// The number behind a word of the figures.
+double figure(const std::string& out, const std::string& word)
+{
+    const auto at = out.find("  " + word);
+    return at == std::string::npos ? -1.0 : std::stod(out.substr(at + 2 + word.size()));
+}
+
+TEST_F(SurfaceCommand, ASphereComesOutClosedWithItsAreaAndVolume)
+{
+    make_sphere();
+    const auto outcome = run({ "surface", "s/sphere.stl", "--level", "4", "-o", "skin.vtk" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_NE(outcome.out.find("  closed     yes\n"), std::string::npos) << outcome.out;
+    EXPECT_NEAR(figure(outcome.out, "area"), std::numbers::pi, 0.1);
+    EXPECT_NEAR(figure(outcome.out, "volume"), std::numbers::pi / 6, 0.05);
+    EXPECT_EQ(outcome.out.find("skin.vtk: "), 0U);
+    EXPECT_EQ(Testing::names_in(path("")), (std::vector<std::string> { "s", "skin.vtk" }));
+}
+
+TEST_F(SurfaceCommand, ACaseHasItsOwnBodiesAndLevel)
+{
+    make_sphere();
+    const auto outcome = run({ "surface", "s", "-o", "skin.stl", "--level", "3" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.out.find(" triangles at level 3\n"), std::string::npos) << outcome.out;
+    // The default of a case is 6.
+    EXPECT_NE(
+        run({ "surface", "s", "-o", "deep.stl" }).out.find(" at level 6\n"), std::string::npos);
+}
+
+TEST_F(SurfaceCommand, EveryFormIsWrittenByItsEnding)
+{
+    make_sphere();
+    for (const char* name : { "a.p3d", "a.stl", "a.vtk" })
+        EXPECT_EQ(run({ "surface", "s/sphere.stl", "--level", "2", "-o", name }).status, 0) << name;
+    EXPECT_TRUE(read("a.vtk").starts_with("# vtk DataFile Version 3.0\n"));
+    // A binary STL: a title of 80 bytes, a count, and 50 bytes for each triangle.
+    const std::string stl = read("a.stl");
+    ASSERT_GT(stl.size(), 84U);
+    const auto count
+        = static_cast<unsigned char>(stl[80]) + 256U * static_cast<unsigned char>(stl[81]);
+    EXPECT_EQ(stl.size(), 84 + 50 * count);
+    // The text form begins with the number of zones.
+    EXPECT_NE(read("a.p3d").find("1\n"), std::string::npos);
+}
+
+TEST_F(SurfaceCommand, TheOutputOfOneIsTheInputOfAnother)
+{
+    make_sphere();
+    ASSERT_EQ(run({ "surface", "s/sphere.stl", "--level", "4", "-o", "a.stl" }).status, 0);
+    EXPECT_EQ(run({ "surface", "a.stl", "--level", "4", "-o", "b.stl" }).status, 0);
+}
+
+TEST_F(SurfaceCommand, NothingIsReplacedUnasked)
+{
+    make_sphere();
+    Testing::write_file(path("a.stl"), "mine");
+    const auto outcome = run({ "surface", "s/sphere.stl", "--level", "2", "-o", "a.stl" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err, "a.stl: the file exists and stays as it is; --force replaces it\n");
+    EXPECT_EQ(read("a.stl"), "mine");
+    EXPECT_EQ(
+        run({ "surface", "s/sphere.stl", "--level", "2", "-o", "a.stl", "--force" }).status, 0);
+    EXPECT_NE(read("a.stl"), "mine");
+}
+
+TEST_F(SurfaceCommand, FaultsAreToldBeforeAnythingIsMade)
+{
+    make_sphere();
+    EXPECT_EQ(run({ "surface", "s/sphere.stl", "--level", "2", "-o", "a.xyz" }).err,
+        "a.xyz: the name ends in none of the forms there are; expected a name that ends in .p3d, "
+        ".stl or .vtk\n");
+    EXPECT_EQ(run({ "surface", "s/sphere.stl", "-o", "a.stl" }).err,
+        "s/sphere.stl: body files have no level of cells; expected --level N, such as --level 6\n");
+    EXPECT_EQ(run({ "surface", "s/sphere.stl", "-o", "a.stl", "--level", "13" }).err,
+        "s/sphere.stl: the level is 13; expected at most 12\n");
+    EXPECT_EQ(run({ "surface", "none.stl", "-o", "a.stl", "--level", "2" }).err,
+        "none.stl: there is no body file none.stl; expected an STL or OBJ file\n");
+    EXPECT_EQ(run({ "surface", "none.stl", "-o", "a.stl", "--level", "x" }).status, 2);
+    EXPECT_EQ(run({ "surface", "none.toml", "-o", "a.stl" }).status, 2);
+    EXPECT_EQ(Testing::names_in(path("")), std::vector<std::string> { "s" });
+}
+
+TEST_F(SurfaceCommand, AnOutputThatCannotBeWrittenFails)
+{
+    make_sphere();
+    for (const char* name : { "none/a.stl", "none/a.vtk" }) {
+        const auto outcome = run({ "surface", "s/sphere.stl", "--level", "2", "-o", name });
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err.substr(outcome.err.find(name)),
+            std::string(name) + ": the file cannot be written\n");
+    }
+}
+
+TEST_F(SurfaceCommand, GeometryThatNoCellCanServeIsWarnedOf)
+{
+    make_sphere();
+    // A sphere of 1000 in cells of 1.1 x 1000 / 2^3 = 137.5.
+    EXPECT_EQ(
+        run({ "surface", "s/sphere.stl", "--scale", "1000", "--level", "3", "-o", "a.stl" }).err,
+        "s/sphere.stl: warning: this body meets cells 137.5 long; results drift where cells are "
+        "longer than about 100 units of length, so give it in metres (scale = 0.001 makes metres "
+        "of "
+        "millimetres)\n");
+}
+
+/// The unit square of two triangles in the plane z = 5.
+Frontend::Surface square()
+{
+    Frontend::Surface surface;
+    (void)surface.AllocateFacetDoubleData(); // channel 0
+    (void)surface.AllocateVertexVectorData(); // channel 0
+    surface.m_bHasFacetData = surface.m_bHasVertexData = true;
+    for (const auto& point :
+        { Tavro::Vector<double, 3> { 0, 0, 5 }, { 1, 0, 5 }, { 1, 1, 5 }, { 0, 1, 5 } })
+        surface.AddVertex(point);
+    surface.AddFacet(0, 1, 2);
+    surface.AddFacet(0, 2, 3);
+    surface.m_vecFacetDoubleData[0] = { 0.5, std::numbers::pi };
+    for (auto& normal : surface.m_vecVertexVectorData[0])
+        normal = { 0, 0, 1 };
+    return surface;
+}
+
+TEST(SurfaceFigures, AnOpenSquareHasAnAreaAndFourOpenEdges)
+{
+    const auto figures = Frontend::figures_of(square(), 0);
+    EXPECT_EQ(figures.triangles, 2U);
+    EXPECT_EQ(figures.openEdges, 4U);
+    EXPECT_EQ(figures.area, 1.0);
+    EXPECT_NEAR(figures.leastCurvature, 28.6479, 1e-4); // 0.5 x 180 / pi
+    EXPECT_NEAR(figures.mostCurvature, 180.0, 1e-12);
+}
+
+TEST(SurfaceFigures, VtkHoldsPointsTrianglesCurvatureAndNormals)
+{
+    EXPECT_EQ(Frontend::vtk_text(square(), 0, 0), R"(# vtk DataFile Version 3.0
+approximate wetted surface
+ASCII
+DATASET POLYDATA
+POINTS 4 double
+0 0 5
+1 0 5
+1 1 5
+0 1 5
+POLYGONS 2 8
+3 0 1 2
+3 0 2 3
+CELL_DATA 2
+SCALARS curvature double 1
+LOOKUP_TABLE default
+0.5
+3.141592653589793
+POINT_DATA 4
+NORMALS normal double
+0 0 1
+0 0 1
+0 0 1
+0 0 1
+)");
+}
+
+} // namespace
