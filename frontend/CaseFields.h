@@ -82,6 +82,9 @@ inline constexpr Range kNotNegative { 0.0 };
 inline constexpr Range kShare { 0.0, 1.0 };
 inline constexpr Range kAtLeastOne { 1.0 };
 
+/// Above it the cells of a wetted surface no longer fit into memory.
+inline constexpr unsigned int kHighestWettedLevel = 12;
+
 /// How a range reads in a sentence: "above 0", "0 to 1"; empty if anything goes.
 [[nodiscard]] std::string range_text(const Range& range);
 

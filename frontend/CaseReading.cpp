@@ -17,7 +17,13 @@ namespace {
 
 using Kind = Value::Kind;
 
-std::string quoted(const std::string& text) { return '"' + text + '"'; }
+/// In a line of its own, whatever is in it.
+std::string quoted(std::string text)
+{
+    const auto breaks = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    std::replace_if(text.begin(), text.end(), breaks, '?');
+    return '"' + text + '"';
+}
 
 constexpr const char* kEntryOf = "an entry of ";
 

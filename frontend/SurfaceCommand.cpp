@@ -19,8 +19,6 @@ namespace Frontend {
 
 namespace {
 
-constexpr unsigned int kHighestLevel = 12; // above it the cells no longer fit into memory
-
 struct NamedFacets {
     std::string name;
     Facets facets;
@@ -53,6 +51,8 @@ Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
                 { "body " + std::to_string(body.m_uintBodyId), body.m_vecFacets });
         if (!input.level)
             input.level = record->m_grid.m_uintWettedSurfaceArg;
+        if (input.bodies.empty())
+            diagnostics.error({ case_file(options.bodies[0]) }, "the case has no bodies");
         return input;
     }
     BodySource source;
@@ -98,9 +98,15 @@ bool write_whole(const std::string& path, Write write)
 {
     namespace fs = std::filesystem;
     const std::string name = path.substr(directory_of(path).size());
-    const fs::path beside = path + ".part";
+    // A name that nobody has: what a program that was killed here has left stays out of the way.
+    fs::path beside;
     std::error_code error;
-    if (!fs::create_directory(beside, error))
+    bool made = false;
+    for (int i = 0; i < 100 && !made && !error; ++i) {
+        beside = path + ".part" + std::to_string(i);
+        made = fs::create_directory(beside, error);
+    }
+    if (!made)
         return false;
     const bool good = write((beside / name).string());
     if (good)
@@ -172,9 +178,9 @@ int surface_command(const SurfaceOptions& options)
     if (!input.level && !diagnostics.failed())
         diagnostics.error({ options.bodies[0] }, "body files have no level of cells",
             "--level N, such as --level 6");
-    if (input.level > kHighestLevel)
+    if (input.level > kHighestWettedLevel)
         diagnostics.error({ options.bodies[0] }, "the level is " + std::to_string(*input.level),
-            "at most " + std::to_string(kHighestLevel));
+            "at most " + std::to_string(kHighestWettedLevel));
     if (diagnostics.failed())
         return bad_input(diagnostics);
     check_bodies(input, options, diagnostics);

@@ -322,6 +322,41 @@ TEST(CaseMessages, ACaseWithoutLayersIsAWarning)
         "case.toml: warning: there is no [[time.layer]], so the solver has no step to do\n");
 }
 
+TEST(CaseMessages, BodiesThatReachOutOfTheDomainOrShareAnIdAreWarnedOf)
+{
+    const std::string second
+        = "[[body]]\nid = 1\nlevel = 2\nfacets = [[0, 0, 0, 0, 2, 0, 9, 0, 0], "
+          "[0, 0, 0, 0, 0, 2, 0, 2, 0], [0, 0, 0, 9, 0, 0, 0, 0, 2], "
+          "[9, 0, 0, 0, 2, 0, 0, 0, 2]]\n";
+    EXPECT_EQ(messages(kPlainCase + second),
+        "case.toml:25:1: warning: body 1 reaches out of the domain\n"
+        "case.toml:25:1: warning: body 1 is not the only one with this \"id\"\n");
+}
+
+TEST(CaseMessages, ABodyIsMeasuredWithTheCellsOfItsLevel)
+{
+    // Base cells of 1 at level 0 and tetrahedra of 2: thinner than a cell nearly everywhere.
+    const std::string told = messages(plain_case_with("level = 2", "level = 0"));
+    EXPECT_TRUE(told.starts_with("case.toml:9:1: warning: body 1 is thinner than a cell of 1 at "))
+        << told;
+}
+
+TEST(CaseMessages, ABodyThatLeaksIsWarnedOf)
+{
+    EXPECT_EQ(messages(plain_case_with("    [2, 0, 0, 0, 2, 0, 0, 0, 2],\n", "")),
+        "case.toml:9:1: warning: body 1 is not closed: 3 edges do not have two triangles; air "
+        "leaks "
+        "in there, and its wetted surface comes out as an open sheet\n");
+}
+
+TEST(CaseMessages, AMessageStaysInItsLine)
+{
+    EXPECT_EQ(messages(plain_case_with("\"velocity\"", "\"a\\nb\\u007Fc\"")),
+        "case.toml:20:8: \"type\" is \"a?b?c\"; expected \"pressure\", \"velocity\", \"none\", or "
+        "an "
+        "integer\n");
+}
+
 TEST(CaseMessages, AllFaultsAreToldAtOnceInTheOrderOfTheFile)
 {
     EXPECT_EQ(messages(R"([case]

@@ -107,7 +107,14 @@ TEST_F(SurfaceCommand, FaultsAreToldBeforeAnythingIsMade)
     EXPECT_EQ(run({ "surface", "none.stl", "-o", "a.stl", "--level", "2" }).err,
         "none.stl: there is no body file none.stl; expected an STL or OBJ file\n");
     EXPECT_EQ(run({ "surface", "none.stl", "-o", "a.stl", "--level", "x" }).status, 2);
-    EXPECT_EQ(run({ "surface", "none.toml", "-o", "a.stl" }).status, 2);
+    EXPECT_EQ(run({ "surface", "none.toml", "-o", "a.stl" }).err,
+        "none.toml: there is no such file; expected a file that can be read\n"
+        "none.toml: the case has errors\n");
+    Testing::write_file(path("s/empty.toml"),
+        "[case]\nname = \"e\"\n[grid]\ndomain_min = [0, 0, 0]\ndomain_max = [1, 1, 1]\n"
+        "cells = [1, 1, 1]\n");
+    EXPECT_EQ(run({ "surface", "s/empty.toml", "-o", "a.stl" }).err,
+        "s/empty.toml: the case has no bodies\n");
     EXPECT_EQ(Testing::names_in(path("")), std::vector<std::string> { "s" });
 }
 
