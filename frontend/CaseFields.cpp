@@ -15,7 +15,7 @@ Fields case_fields(VRK::ControllerInput& in)
     return {
         { "name", &in.m_strCaseName, "", "stem of every card and result file", kAny, 0, true },
         { "model_dir", &in.m_strModelDir, "",
-            "directory of the run; `vortik run` puts the run's own here if it is empty" },
+            "directory of the run; `vortik run` puts its own here" },
         { "completion_file", PathText { &in.m_fpCompletionFile }, "",
             "file that tells how the run ended, at most 1000 bytes; `vortik run` puts one in the "
             "run's directory here if it is empty" },

@@ -8,8 +8,8 @@
 #include "case/SlvrMain.h"
 #include "case/SlvrRot.h"
 #include "case/TimeGrid.h"
-#include "frontend/models/SimpleAirfoil.h"
 #include "examples/tour/RobinCase.h"
+#include "frontend/models/SimpleAirfoil.h"
 #include "links/GeneralConLink.h"
 #include "state/ControllerState.h"
 #include "tavrobase/CommandLine.h"
@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -143,7 +144,7 @@ int run_as_child(int id)
     return 0;
 }
 
-void show_child()
+void show_child(const FilePath& program)
 {
     std::cout << "\n4. A child program under a link\n\n";
     auto result = LinkManager::Startup();
@@ -158,7 +159,7 @@ void show_child()
         std::atomic<bool> ended = false;
         std::atomic<bool> started = false;
         std::thread runner([&] {
-            started = Tavro::run_process(Tavro::CommandLine::GetProgramPath(),
+            started = Tavro::run_process(program,
                 { "-linkid=" + Tavro::NumToString(link.GetLinkID()) }, "demo-child", error);
             ended = true;
         });
@@ -180,7 +181,8 @@ void show_child()
 
 void prepare(const std::string& root)
 {
-    (void)Tavro::RemovePath(root); // of an earlier tour
+    std::error_code ignored; // of an earlier tour, hidden files too; none is as good
+    std::filesystem::remove_all(root, ignored);
     g_info.m_fpModelDir = root;
     g_info.m_fpGridOutput = root + "/Grid_Output/";
     g_info.m_fpSolverInput = root + "/Solver_Input/";
@@ -211,13 +213,17 @@ int main(int argc, char** argv)
     std::cout
         << "A tour of what this version can do. Grid generator, solver and run controller are not\n"
            "part of it yet: nothing is computed here, and nothing pretends to be.\n";
+    // As the shell named it, which means another file in the directory of the run.
+    const std::string named = Tavro::CommandLine::GetProgramPath().Get();
+    const bool relative = named.find('/') != std::string::npos && !named.starts_with('/');
+    const FilePath program = relative ? Tavro::getCurrentDirectory().Get() + named : named;
     prepare(root);
     require(Tavro::SetWorkingDirectory(root), "cannot enter " + root); // as a run does
     VRK::ControllerInput input = Examples::robin_case(root);
     show_case(input, root + "/robin.case");
     show_airfoil_tables(input);
     show_cards(input);
-    show_child();
+    show_child(program);
     std::cout << "\nThe files are in " << root << "; docs/index.md tells what they mean.\n";
     return 0;
 }
