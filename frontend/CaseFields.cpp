@@ -61,7 +61,7 @@ Fields flow_fields(VRK::ControllerInput& in)
 {
     return {
         { "velocity", std::vector<double*> { &in.m_dUinit, &in.m_dVinit, &in.m_dWinit }, "m/s",
-            "initial velocity (\"Uinit\", \"Vinit\", \"Winit\")" },
+            R"(initial velocity ("Uinit", "Vinit", "Winit"))" },
         { "density", &in.m_dRho, "kg/m3", "density (\"rho\")", kPositive, 1.225 },
         { "temperature", &in.m_dTinf, "K", "temperature (\"Tinf\")", kPositive, 288.15 },
         { "gas_constant", &in.m_dRGASC, "J/(kg K)", "gas constant (\"RGASC\")", kPositive, 287.05 },
@@ -92,7 +92,7 @@ Fields layer_fields(VRK::TimeData& time, std::size_t i)
             0, true },
         { "steps", &time.m_vecNtCell[i], "", "time steps in the layer (\"NtCell\")", kAtLeastOne, 0,
             true },
-        { "iterations", &time.m_vecNIter[i], "", "iterations per step (\"NIterBgn\", \"NIterEnd\")",
+        { "iterations", &time.m_vecNIter[i], "", R"(iterations per step ("NIterBgn", "NIterEnd"))",
             kAtLeastOne, 10 },
         { "relax_u", &time.m_vecRlxu[i], "", relaxation + std::string("u"), { 0, 2 }, 0.5 },
         { "relax_v", &time.m_vecRlxv[i], "", relaxation + std::string("v"), { 0, 2 }, 0.5 },
@@ -150,7 +150,7 @@ Fields output_fields(VRK::ControllerInput& in)
         { "period", &in.m_uintIterFM, "steps", "steps between forces and moments (\"iterFM\")",
             kAny, 1 },
         { "moment_point", std::vector<double*> { &in.m_dXMnt, &in.m_dYMnt, &in.m_dZMnt }, "m",
-            "reference point of the moments (\"xMnt\", \"yMnt\", \"zMnt\")" },
+            R"(reference point of the moments ("xMnt", "yMnt", "zMnt"))" },
         { "moment_groups", &in.m_strMomentGroups, "",
             "the whole text of the file <case>_moment_table.dat" },
     };
@@ -197,7 +197,7 @@ Fields turbulence_fields(VRK::ControllerInput& in)
         { "intensity", &in.m_dTurbInt, "", "turbulence intensity (\"turbint\")", kNotNegative },
         { "relax_k", &in.m_dRelTK, "", "relaxation of k (\"reltk\")", { 0, 2 }, 0.5 },
         { "relax_epsilon", &in.m_dRelTE, "", "relaxation of epsilon (\"relte\")", { 0, 2 }, 0.5 },
-        { "alpha", &in.m_ucTAlpha, "", "\"talpatk\" and \"talpate\": 1.0 or 0.5", kAny, 1, false,
+        { "alpha", &in.m_ucTAlpha, "", R"("talpatk" and "talpate": 1.0 or 0.5)", kAny, 1, false,
             { { 0, "half" }, { 1, "one" } } },
     };
 }

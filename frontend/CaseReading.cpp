@@ -422,9 +422,9 @@ private:
         const Value* facets = value.find("facets");
         if (file == nullptr && facets == nullptr)
             m_diagnostics.error(at(value), heading(path) + " has no triangles",
-                "\"file\", the name of an STL or OBJ file, or \"facets\"");
+                R"("file", the name of an STL or OBJ file, or "facets")");
         else if (file != nullptr && facets != nullptr)
-            fault(*file, "\"file\" and \"facets\" are given for one body", "one of them");
+            fault(*file, R"("file" and "facets" are given for one body)", "one of them");
         else if (file == nullptr)
             move_facets(source, target.m_vecFacets);
         else if (file->kind == Kind::Text) {

@@ -167,7 +167,7 @@ std::size_t open_edges(const Facets& facets)
         if (corner[0] == corner[1] || corner[1] == corner[2] || corner[2] == corner[0])
             continue; // a triangle without area closes nothing and opens nothing
         for (std::size_t k = 0; k < 3; ++k)
-            edges.push_back(std::minmax(corner[k], corner[(k + 1) % 3]));
+            edges.emplace_back(std::minmax(corner[k], corner[(k + 1) % 3]));
     }
     std::sort(edges.begin(), edges.end());
     std::size_t open = 0;

@@ -40,7 +40,7 @@ std::string quoted(std::string_view text)
 {
     const bool manyLines = std::count(text.begin(), text.end(), '\n') > 1;
     // The line end behind the opening quotes is not part of the text.
-    return manyLines ? "\"\"\"\n" + escaped(text, true) + "\"\"\""
+    return manyLines ? "\"\"\"\n" + escaped(text, true) + R"(""")"
                      : '"' + escaped(text, false) + '"';
 }
 

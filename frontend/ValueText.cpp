@@ -126,7 +126,7 @@ std::string number_text(double number)
     if (std::isinf(number))
         return number < 0 ? "-inf" : "inf";
     std::array<char, 32> buffer {};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
+    char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
     std::string text(buffer.data(), end);
     if (text.find_first_of(".e") == std::string::npos)
         text += ".0";
