@@ -54,15 +54,15 @@ private:
                 "at most " + std::to_string(VRK::kLongestCompletionPath));
         const std::string& name = m_record.m_strCaseName;
         if (name.empty() || name.find('/') != std::string::npos)
-            fault("case.name", name.empty() ? "\"name\" is empty" : "\"name\" has a \"/\" in it",
+            fault("case.name", name.empty() ? "\"name\" is empty" : R"("name" has a "/" in it)",
                 "the stem of file names");
         if (m_record.m_bRestart && m_record.m_strRestartFile.empty())
             warn("case.restart", "a restart without \"restart_file\" starts from no file");
         if (!m_record.m_bRestart && !m_record.m_strRestartFile.empty())
             warn("case.restart_file",
-                "\"restart_file\" has no effect and is not kept: \"restart\" is not on");
+                R"("restart_file" has no effect and is not kept: "restart" is not on)");
         if (!m_record.m_bFlagMan && !m_record.m_strTrajectory.empty())
-            warn("trajectory.text", "\"text\" has no effect and is not kept: \"on\" is not set");
+            warn("trajectory.text", R"("text" has no effect and is not kept: "on" is not set)");
     }
 
     void grid()
@@ -74,12 +74,12 @@ private:
                     "the domain has no extent along " + std::string(1, "xyz"[axis]) + ": "
                         + number_text(grid.m_dDomainMin[axis]) + " to "
                         + number_text(grid.m_dDomainMax[axis]),
-                    "\"domain_max\" above \"domain_min\"");
+                    R"("domain_max" above "domain_min")");
                 return;
             }
         }
         if (grid.m_bApproxWettedSurface && grid.m_ucLevelMax < grid.m_ucLevelMin)
-            fault("grid.wetted_surface.level_max", "\"level_max\" is below \"level_min\"",
+            fault("grid.wetted_surface.level_max", R"("level_max" is below "level_min")",
                 "at least " + std::to_string(grid.m_ucLevelMin));
         if (grid.m_bApproxWettedSurface && m_record.m_vecBodies.empty())
             warn("grid.wetted_surface.on", "a wetted surface is asked for, but there is no body");

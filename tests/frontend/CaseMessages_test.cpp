@@ -157,7 +157,7 @@ TEST(CaseMessages, InfinityIsOutOfRange)
 TEST(CaseMessages, AnUnknownChoiceIsToldWithAllOfThem)
 {
     EXPECT_EQ(messages(plain_case_with("\"velocity\"", "\"speed\"")),
-        "case.toml:20:8: \"type\" is \"speed\"; expected \"pressure\", \"velocity\", \"none\", or "
+        R"(case.toml:20:8: "type" is "speed"; expected "pressure", "velocity", "none", or )"
         "an "
         "integer\n");
 }
@@ -309,7 +309,7 @@ TEST(CaseMessages, SettingsWithoutEffectAreWarnings)
 {
     EXPECT_EQ(messages(plain_case_with("name = \"plain\"", "name = \"plain\"\nrestart_file = \"r\"")
                   + "[trajectory]\ntext = \"fly\"\n"),
-        "case.toml:3:1: warning: \"restart_file\" has no effect and is not kept: \"restart\" is "
+        R"(case.toml:3:1: warning: "restart_file" has no effect and is not kept: "restart" is )"
         "not "
         "on\n"
         "case.toml:27:1: warning: \"text\" has no effect and is not kept: \"on\" is not set\n");
@@ -360,7 +360,7 @@ TEST(CaseMessages, ABodyThatLeaksIsWarnedOf)
 TEST(CaseMessages, AMessageStaysInItsLine)
 {
     EXPECT_EQ(messages(plain_case_with("\"velocity\"", "\"a\\nb\\u007Fc\"")),
-        "case.toml:20:8: \"type\" is \"a?b?c\"; expected \"pressure\", \"velocity\", \"none\", or "
+        R"(case.toml:20:8: "type" is "a?b?c"; expected "pressure", "velocity", "none", or )"
         "an "
         "integer\n");
 }

@@ -33,7 +33,7 @@ TEST(CasePage, ARowHasKeyKindUnitDefaultAndMeaning)
     };
     EXPECT_TRUE(has("| `density` | a number above 0 | kg/m3 | `1.225` | density (\"rho\") |"));
     EXPECT_TRUE(has("| `radius` | a number above 0 | m | must be given | rotor radius R |"));
-    EXPECT_TRUE(has("| `application` | \"propeller\", \"wind_turbine\", or an integer |  | "
+    EXPECT_TRUE(has(R"(| `application` | "propeller", "wind_turbine", or an integer |  | )"
                     "`\"propeller\"` | what the rotors are |"));
     EXPECT_TRUE(has("## `[[rotor.airfoil]]`"));
     EXPECT_TRUE(has("## `[boundary.z_max]`"));
