@@ -83,7 +83,7 @@ std::optional<std::size_t> lines_before_table(const std::vector<std::string>& li
 
 bool finds_airfoil_table(const std::string& path)
 {
-    Diagnostics ignored; // what is wrong with the file is told by the command that is for it
+    Diagnostics ignored; // what is wrong with the file is reported by the command that is for it
     const auto bytes = read_text(path, ignored);
     return bytes && lines_before_table(airfoil_lines(*bytes)).has_value();
 }

@@ -13,7 +13,7 @@ namespace Frontend {
 using Facets = std::vector<Tavro::Facet<double, 3, 3>>;
 
 /// Appends the triangles of an STL or OBJ file, in its order; polygons are divided. Coordinates
-/// have the 24 bits of such files. What is wrong with it is told at `place`, where it is named.
+/// have the 24 bits of such files. What is wrong with it is reported at `place`, where it is named.
 void read_body_file(
     const std::string& path, const Place& place, Diagnostics& diagnostics, Facets& facets);
 

@@ -85,7 +85,7 @@ int build_case_command(const std::string& path, const std::string& output, bool 
         return kBadInput;
     Diagnostics writing;
     std::ostringstream stream;
-    // The one way in which this fails, a completion path that is too long, has been told above.
+    // The one way in which this fails, a completion path that is too long, has been reported above.
     if (!may_write(output, force, writing) || !VRK::write_case(stream, *record)) {
         writing.print(std::cerr);
         return kBadInput;

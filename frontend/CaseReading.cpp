@@ -36,7 +36,7 @@ std::string named(const Field& field)
 }
 
 /// How a value reads in a message.
-std::string told(const Value& value)
+std::string shown(const Value& value)
 {
     constexpr std::size_t kLongest = 40;
     switch (value.kind) {
@@ -69,7 +69,7 @@ public:
             if (mark->kind == Kind::Boolean)
                 m_case.unchecked = mark->boolean;
             else
-                fault(*mark, quoted(kUncheckedKey) + " is " + told(*mark), "true or false");
+                fault(*mark, quoted(kUncheckedKey) + " is " + shown(*mark), "true or false");
         }
         const Fields fields = fields_of(m_case.record);
         members(tree, fields, "", { kUncheckedKey });
@@ -90,7 +90,7 @@ private:
     }
     void fault(const Value& value, const Field& field)
     {
-        fault(value, named(field) + " is " + told(value), expected_text(field));
+        fault(value, named(field) + " is " + shown(value), expected_text(field));
     }
 
     static std::string heading(const std::string& path)
@@ -190,7 +190,7 @@ private:
     }
     void out_of_range(const Value& value, const Field& field)
     {
-        const std::string what = named(field) + " is " + told(value);
+        const std::string what = named(field) + " is " + shown(value);
         if (m_case.unchecked)
             m_diagnostics.warning(at(value), what + "; expected " + expected_text(field));
         else
@@ -272,7 +272,7 @@ private:
         *target.path += text;
     }
 
-    /// Whether the value is a list of that many entries; else that is told.
+    /// Whether the value is a list of that many entries; else that is reported.
     bool is_row(const Value& value, std::size_t size, const Field& field, const std::string& entry)
     {
         if (value.kind == Kind::Array && value.items.size() == size)
@@ -280,7 +280,7 @@ private:
         const std::string what = value.kind == Kind::Array
             ? " has " + std::to_string(value.items.size())
                 + (value.items.size() == 1 ? " entry" : " entries")
-            : " is " + told(value);
+            : " is " + shown(value);
         fault(value, entry + quoted(field.key) + what, row_text(field, size));
         return false;
     }
@@ -383,7 +383,7 @@ private:
     void into(const Fields& target, const Value& value, const Field& field, const std::string& path)
     {
         if (value.kind != Kind::Table)
-            fault(value, "[" + field.key + "] is " + told(value), "a table");
+            fault(value, "[" + field.key + "] is " + shown(value), "a table");
         else
             table(value, target, path);
     }
@@ -392,7 +392,7 @@ private:
         const ListOfTables& target, const Value& value, const Field& field, const std::string& path)
     {
         if (value.kind != Kind::Array) {
-            fault(value, quoted(field.key) + " is " + told(value),
+            fault(value, quoted(field.key) + " is " + shown(value),
                 "tables, each under [[" + path + "]]");
             return;
         }
@@ -402,7 +402,7 @@ private:
             const std::string below = path + '[' + std::to_string(i) + ']';
             m_case.places[below] = at(item);
             if (item.kind != Kind::Table)
-                fault(item, "an entry of " + quoted(field.key) + " is " + told(item), "a table");
+                fault(item, "an entry of " + quoted(field.key) + " is " + shown(item), "a table");
             else if (path == "body")
                 body(item, target.fields(i), m_case.record.m_vecBodies[i], below);
             else

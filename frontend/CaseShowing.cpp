@@ -33,6 +33,7 @@ struct Shown {
     {
         return Value::of_integer(*integer);
     }
+    // NOLINTNEXTLINE(readability-non-const-parameter): to const the template above would be nearer
     Value operator()(double* number) const { return value_of_double(*number); }
     Value operator()(std::string* text) const { return value_of_bytes(*text); }
     Value operator()(const PathText& path) const { return value_of_bytes(path.path->Get()); }

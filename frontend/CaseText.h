@@ -14,7 +14,7 @@ namespace Frontend {
 [[nodiscard]] std::string case_file(const std::string& path);
 
 /// The record of a readable case: a TOML file and the files that it names, which are found from its
-/// directory. Everything that is wrong is told, not only the first; nothing if anything is.
+/// directory. Everything that is wrong is reported, not only the first; nothing if anything is.
 ///
 /// The names of airfoil tables are kept as they are written, because a run looks for them from the
 /// directory of its case. Warnings alone still give a record.

@@ -36,7 +36,7 @@ struct CaseTree {
 };
 
 /// Reads every field of the record, and the body files, which are found from the directory of
-/// `file`. All that is wrong is told.
+/// `file`. All that is wrong is reported.
 [[nodiscard]] CaseTree read_case_tree(
     const Value& tree, const std::string& file, Diagnostics& diagnostics);
 

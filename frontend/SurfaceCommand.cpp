@@ -173,7 +173,7 @@ int surface_command(const SurfaceOptions& options)
             "a name that ends in .p3d, .stl or .vtk");
         return bad_input(diagnostics);
     }
-    (void)may_write(options.output, options.force, diagnostics); // it is told with what follows
+    (void)may_write(options.output, options.force, diagnostics); // it is reported with what follows
     const Input input = read_bodies(options, diagnostics);
     if (!input.level && !diagnostics.failed())
         diagnostics.error({ options.bodies[0] }, "body files have no level of cells",

@@ -9,8 +9,9 @@
 
 namespace Frontend {
 
-/// The tree of a TOML text. `name` stands for the text in what is told of it. Nothing if the text
-/// is no TOML; of that the first fault alone is told, because what follows it cannot be understood.
+/// The tree of a TOML text. `name` stands for the text in what is said of it. Nothing if the text
+/// is no TOML; of that the first fault alone is reported, because what follows it cannot be
+/// understood.
 [[nodiscard]] std::optional<Value> parse_toml(
     const std::string& text, const std::string& name, Diagnostics& diagnostics);
 

@@ -68,7 +68,7 @@ TEST_F(AirfoilCommands, CheckTellsOfFieldsThatAreNoNumbers)
     EXPECT_TRUE(outcome.err.starts_with("a.dat: warning: the field '")) << outcome.err;
 }
 
-TEST_F(AirfoilCommands, AFileWithoutTableIsTold)
+TEST_F(AirfoilCommands, AFileWithoutTableIsReported)
 {
     write("a.dat", "nothing\n");
     for (const char* what : { "check", "clean" }) {
@@ -94,7 +94,7 @@ TEST_F(AirfoilCommands, CleanWritesTheTableBesideItsFile)
     EXPECT_EQ(run({ "airfoil", "clean", "a.dat", "--force" }).status, 0);
 }
 
-TEST_F(AirfoilCommands, CleanWritesWhereItIsTold)
+TEST_F(AirfoilCommands, CleanWritesWhereItIsReported)
 {
     write("a.dat", "measured\n" + TableTexts::kTable);
     EXPECT_EQ(run({ "airfoil", "clean", "a.dat", "-o", "b.dat" }).out,

@@ -14,7 +14,7 @@ using Frontend::Facets;
 
 struct ReadBody {
     Facets facets;
-    std::string told;
+    std::string reported;
 };
 
 ReadBody read_body(const std::string& name, const std::string& bytes)
@@ -24,9 +24,9 @@ ReadBody read_body(const std::string& name, const std::string& bytes)
     ReadBody read;
     Frontend::Diagnostics diagnostics;
     Frontend::read_body_file(directory.path(name), { "case", 1, 1 }, diagnostics, read.facets);
-    std::ostringstream told;
-    diagnostics.print(told);
-    read.told = told.str();
+    std::ostringstream reported;
+    diagnostics.print(reported);
+    read.reported = reported.str();
     return read;
 }
 
@@ -66,7 +66,7 @@ const Numbers kTwoFacetNumbers { 0, 0, 0.5, 1, 0, 0.5, 0, 2, 0.5, 1, 0, 0.5, 1, 
 TEST(BodyFile, AnStlTextGivesItsTrianglesInOrder)
 {
     const auto read = read_body("two.stl", kTwoFacets);
-    EXPECT_EQ(read.told, "");
+    EXPECT_EQ(read.reported, "");
     EXPECT_EQ(numbers(read.facets), kTwoFacetNumbers);
 }
 
@@ -84,7 +84,7 @@ TEST(BodyFile, ABinaryStlGivesItsTriangles)
     bytes.append(reinterpret_cast<const char*>(values), sizeof values);
     bytes.append(2, '\0');
     const auto read = read_body("one.stl", bytes);
-    EXPECT_EQ(read.told, "");
+    EXPECT_EQ(read.reported, "");
     EXPECT_EQ(numbers(read.facets), (Numbers { 1, 0, 0, 0, 1, 0, 0, 0, 0.25 }));
 }
 
@@ -92,7 +92,7 @@ TEST(BodyFile, AnObjGivesItsTrianglesAndDividesPolygons)
 {
     const auto read = read_body(
         "quad.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\nv 0 0 1\nf 1 2 3 4\nf 1 2 5\n");
-    EXPECT_EQ(read.told, "");
+    EXPECT_EQ(read.reported, "");
     EXPECT_EQ(read.facets.size(), 3U);
     double area = 0.0; // of all triangles in the plane z = 0
     for (const auto& f : read.facets) {
@@ -104,17 +104,17 @@ TEST(BodyFile, AnObjGivesItsTrianglesAndDividesPolygons)
     EXPECT_EQ(area, 1.0);
 }
 
-TEST(BodyFile, AnEmptyFileIsTold)
+TEST(BodyFile, AnEmptyFileIsReported)
 {
     const auto read = read_body("none.stl", "");
-    EXPECT_TRUE(read.told.starts_with("case:1:1: the body file ")) << read.told;
+    EXPECT_TRUE(read.reported.starts_with("case:1:1: the body file ")) << read.reported;
     EXPECT_TRUE(read.facets.empty());
 }
 
 TEST(BodyFile, AFileOfPointsAloneHasNoTriangles)
 {
     const auto read = read_body("points.obj", "v 0 0 0\nv 1 0 0\n");
-    EXPECT_TRUE(read.told.starts_with("case:1:1: the body file ")) << read.told;
+    EXPECT_TRUE(read.reported.starts_with("case:1:1: the body file ")) << read.reported;
 }
 
 TEST(BodyFile, ScalingComesBeforeTurningAndTurningBeforeMoving)

@@ -68,7 +68,7 @@ TEST_F(CaseCommands, HelpIsThereForEveryCommandWithAnExample)
     }
 }
 
-TEST_F(CaseCommands, TheVersionIsToldInOneLine)
+TEST_F(CaseCommands, TheVersionIsReportedInOneLine)
 {
     const auto outcome = run({ "--version" });
     EXPECT_EQ(outcome.status, 0);

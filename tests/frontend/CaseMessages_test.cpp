@@ -15,7 +15,7 @@ namespace {
 using Testing::kPlainCase;
 using Testing::plain_case_with;
 
-/// What is told of a case that lies in a directory of its own, as case.toml.
+/// What is reported of a case that lies in a directory of its own, as case.toml.
 std::string messages(const std::string& text)
 {
     const Testing::TemporaryDirectory directory;
@@ -25,9 +25,9 @@ std::string messages(const std::string& text)
     Frontend::Diagnostics diagnostics;
     const auto record = Frontend::read_case_text("case.toml", diagnostics);
     EXPECT_EQ(record.has_value(), !diagnostics.failed());
-    std::ostringstream told;
-    diagnostics.print(told);
-    return told.str();
+    std::ostringstream reported;
+    diagnostics.print(reported);
+    return reported.str();
 }
 
 std::string with_rotor(const std::string& more)
@@ -39,31 +39,31 @@ std::string with_rotor(const std::string& more)
 
 TEST(CaseMessages, AGoodCaseIsSilent) { EXPECT_EQ(messages(kPlainCase), ""); }
 
-TEST(CaseMessages, AMissingCaseIsToldByItsName)
+TEST(CaseMessages, AMissingCaseIsReportedByItsName)
 {
     Frontend::Diagnostics diagnostics;
     EXPECT_FALSE(Frontend::read_case_text("/no/such/case.toml", diagnostics));
-    std::ostringstream told;
-    diagnostics.print(told);
-    EXPECT_EQ(told.str(),
+    std::ostringstream reported;
+    diagnostics.print(reported);
+    EXPECT_EQ(reported.str(),
         "/no/such/case.toml: there is no such file; expected a file that can be read\n");
 }
 
-TEST(CaseMessages, TextThatIsNoTomlIsToldWhereItEnds)
+TEST(CaseMessages, TextThatIsNoTomlIsReportedWhereItEnds)
 {
-    const std::string told = messages("[case]\nname = \n");
-    EXPECT_TRUE(told.starts_with("case.toml:2:8: this is not TOML: ")) << told;
+    const std::string reported = messages("[case]\nname = \n");
+    EXPECT_TRUE(reported.starts_with("case.toml:2:8: this is not TOML: ")) << reported;
 }
 
-TEST(CaseMessages, AKeyGivenTwiceIsToldAtTheSecond)
+TEST(CaseMessages, AKeyGivenTwiceIsReportedAtTheSecond)
 {
-    const std::string told
+    const std::string reported
         = messages(plain_case_with("name = \"plain\"", "name = \"a\"\nname = \"b\""));
-    EXPECT_TRUE(told.starts_with("case.toml:3:")) << told;
-    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+    EXPECT_TRUE(reported.starts_with("case.toml:3:")) << reported;
+    EXPECT_EQ(std::count(reported.begin(), reported.end(), '\n'), 1) << reported;
 }
 
-TEST(CaseMessages, AnUnknownKeyIsToldWithTheNearestOne)
+TEST(CaseMessages, AnUnknownKeyIsReportedWithTheNearestOne)
 {
     EXPECT_EQ(messages(plain_case_with("cells = [16", "cells = [16, 16, 16]\ncels = [16")),
         "case.toml:8:1: there is no key \"cels\" in [grid]; expected \"cells\"\n");
@@ -76,67 +76,67 @@ TEST(CaseMessages, AnUnknownKeyThatResemblesNothingNamesTheList)
         "`vortik check --keys` lists\n");
 }
 
-TEST(CaseMessages, AnUnknownTableIsToldWithTheNearestOne)
+TEST(CaseMessages, AnUnknownTableIsReportedWithTheNearestOne)
 {
     EXPECT_EQ(messages(kPlainCase + "[flw]\ndensity = 1\n"),
         "case.toml:25:2: there is no key \"flw\" in the case; expected \"flow\"\n");
 }
 
-TEST(CaseMessages, AMissingKeyIsToldAtItsTable)
+TEST(CaseMessages, AMissingKeyIsReportedAtItsTable)
 {
     EXPECT_EQ(messages(plain_case_with("cells = [16, 16, 16]\n", "")),
         "case.toml:4:1: [grid] lacks the key \"cells\"; expected [3 integers] at least 1\n");
 }
 
-TEST(CaseMessages, AMissingTableIsToldByItsKeys)
+TEST(CaseMessages, AMissingTableIsReportedByItsKeys)
 {
     EXPECT_EQ(messages(plain_case_with("[case]\nname = \"plain\"\n", "")),
         "case.toml: [case] lacks the key \"name\"; expected a text\n");
 }
 
-TEST(CaseMessages, ATextForANumberIsTold)
+TEST(CaseMessages, ATextForANumberIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("duration = 1.0", "duration = \"long\"")),
         "case.toml:23:12: \"duration\" is \"long\"; expected a number above 0\n");
 }
 
-TEST(CaseMessages, ANumberForATextIsTold)
+TEST(CaseMessages, ANumberForATextIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("\"plain\"", "7")),
         "case.toml:2:8: \"name\" is 7; expected a text\n");
 }
 
-TEST(CaseMessages, AFractionForAnIntegerIsTold)
+TEST(CaseMessages, AFractionForAnIntegerIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("steps = 10", "steps = 10.5")),
         "case.toml:24:9: \"steps\" is 10.5; expected an integer at least 1\n");
 }
 
-TEST(CaseMessages, ANumberForAYesOrNoIsTold)
+TEST(CaseMessages, ANumberForAYesOrNoIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nflag = 1.5")),
         "case.toml:11:8: \"flag\" is 1.5; expected true or false\n");
 }
 
-TEST(CaseMessages, AYesOrNoThatDoesNotFitAByteIsTold)
+TEST(CaseMessages, AYesOrNoThatDoesNotFitAByteIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nflag = 256")),
         "case.toml:11:8: \"flag\" is 256; expected true or false\n");
 }
 
-TEST(CaseMessages, ADateIsTold)
+TEST(CaseMessages, ADateIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("duration = 1.0", "duration = 1979-05-27")),
         "case.toml:23:12: \"duration\" is a date or time; expected a number above 0\n");
 }
 
-TEST(CaseMessages, AnIntegerThatDoesNotFitItsFieldIsTold)
+TEST(CaseMessages, AnIntegerThatDoesNotFitItsFieldIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("name = \"plain\"", "name = \"plain\"\nlink_id = -1")),
         "case.toml:3:11: \"link_id\" is -1; expected an integer from 0 to 4294967295\n");
 }
 
-TEST(CaseMessages, ANumberOutOfRangeIsTold)
+TEST(CaseMessages, ANumberOutOfRangeIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("level = 2", "level = 31")),
         "case.toml:11:9: \"level\" is 31; expected an integer from 0 to 30\n");
@@ -154,7 +154,7 @@ TEST(CaseMessages, InfinityIsOutOfRange)
         "case.toml:6:15: an entry of \"domain_max\" is inf; expected a number\n");
 }
 
-TEST(CaseMessages, AnUnknownChoiceIsToldWithAllOfThem)
+TEST(CaseMessages, AnUnknownChoiceIsReportedWithAllOfThem)
 {
     EXPECT_EQ(messages(plain_case_with("\"velocity\"", "\"speed\"")),
         R"(case.toml:20:8: "type" is "speed"; expected "pressure", "velocity", "none", or )"
@@ -162,7 +162,7 @@ TEST(CaseMessages, AnUnknownChoiceIsToldWithAllOfThem)
         "integer\n");
 }
 
-TEST(CaseMessages, AListOfAnotherLengthIsTold)
+TEST(CaseMessages, AListOfAnotherLengthIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("[-8, -8, -8]", "[-8, -8]")),
         "case.toml:5:14: \"domain_min\" has 2 entries; expected [3 numbers]\n");
@@ -170,19 +170,19 @@ TEST(CaseMessages, AListOfAnotherLengthIsTold)
         "case.toml:7:9: \"cells\" has 1 entry; expected [3 integers] at least 1\n");
 }
 
-TEST(CaseMessages, ANumberForAListIsTold)
+TEST(CaseMessages, ANumberForAListIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("[16, 16, 16]", "16")),
         "case.toml:7:9: \"cells\" is 16; expected [3 integers] at least 1\n");
 }
 
-TEST(CaseMessages, ARowOfAnotherLengthIsToldAtTheRow)
+TEST(CaseMessages, ARowOfAnotherLengthIsReportedAtTheRow)
 {
     EXPECT_EQ(messages(plain_case_with("    [2, 0, 0, 0, 2, 0, 0, 0, 2]", "    [2, 0, 0]")),
         "case.toml:16:5: a row of \"facets\" has 3 entries; expected 9 numbers\n");
 }
 
-TEST(CaseMessages, AnEntryOfARowIsToldAtItself)
+TEST(CaseMessages, AnEntryOfARowIsReportedAtItself)
 {
     EXPECT_EQ(messages(with_rotor("chord = [[0.2, 0.1], [1.0, \"x\"]]\nchord_table = true\n"
                                   "airfoil = [{ file = \"notes.txt\" }]\n"))
@@ -190,38 +190,38 @@ TEST(CaseMessages, AnEntryOfARowIsToldAtItself)
         "case.toml:31:28: an entry of \"chord\" is \"x\"; expected a number\n");
 }
 
-TEST(CaseMessages, ATableForAListOfTablesIsTold)
+TEST(CaseMessages, ATableForAListOfTablesIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("[[time.layer]]", "[time.layer]")),
         "case.toml:22:1: \"layer\" is a table; expected tables, each under [[time.layer]]\n");
 }
 
-TEST(CaseMessages, ANumberForATableIsTold)
+TEST(CaseMessages, ANumberForATableIsReported)
 {
     EXPECT_EQ(
         messages("flow = 3\n" + kPlainCase), "case.toml:1:8: [flow] is 3; expected a table\n");
 }
 
-TEST(CaseMessages, ANumberAmongTablesIsTold)
+TEST(CaseMessages, ANumberAmongTablesIsReported)
 {
     EXPECT_EQ(messages("rotor = [3]\n" + kPlainCase),
         "case.toml:1:10: an entry of \"rotor\" is 3; expected a table\n");
 }
 
-TEST(CaseMessages, AMissingBodyFileIsToldAtItsName)
+TEST(CaseMessages, AMissingBodyFileIsReportedAtItsName)
 {
     EXPECT_EQ(messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\nfile = \"hull.stl\"\n"),
         "case.toml:28:8: there is no body file hull.stl; expected an STL or OBJ file\n");
 }
 
-TEST(CaseMessages, ABodyFileOfAnotherKindIsTold)
+TEST(CaseMessages, ABodyFileOfAnotherKindIsReported)
 {
     EXPECT_EQ(messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\nfile = \"notes.txt\"\n"),
         "case.toml:28:8: the name of the body file notes.txt ends in neither; expected a name that "
         "ends in .stl or .obj\n");
 }
 
-TEST(CaseMessages, ABrokenBodyFileIsTold)
+TEST(CaseMessages, ABrokenBodyFileIsReported)
 {
     const Testing::TemporaryDirectory directory;
     Testing::write_file(directory.path("broken.stl"), "solid broken\n  facet normal 0 0\n");
@@ -238,20 +238,20 @@ TEST(CaseMessages, ABrokenBodyFileIsTold)
         << outcome.err;
 }
 
-TEST(CaseMessages, ABodyWithoutTrianglesIsTold)
+TEST(CaseMessages, ABodyWithoutTrianglesIsReported)
 {
     EXPECT_EQ(messages(kPlainCase + "[[body]]\nid = 2\nlevel = 1\n"),
         "case.toml:25:1: [[body]] has no triangles; expected \"file\", the name of an STL or OBJ "
         "file, or \"facets\"\n");
 }
 
-TEST(CaseMessages, ABodyWithFileAndFacetsIsTold)
+TEST(CaseMessages, ABodyWithFileAndFacetsIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nfile = \"hull.stl\"")),
         "case.toml:11:8: \"file\" and \"facets\" are given for one body; expected one of them\n");
 }
 
-TEST(CaseMessages, AMissingAirfoilTableIsToldAtItsName)
+TEST(CaseMessages, AMissingAirfoilTableIsReportedAtItsName)
 {
     EXPECT_EQ(messages(with_rotor("[[rotor.airfoil]]\nfile = \"naca.dat\"\n")),
         "case.toml:32:1: there is no airfoil table naca.dat; expected a file in the fixed-column "
@@ -265,7 +265,7 @@ TEST(CaseMessages, AFileWithoutAirfoilTableIsAWarning)
         "tells why\n");
 }
 
-TEST(CaseMessages, ADomainWithoutVolumeIsTold)
+TEST(CaseMessages, ADomainWithoutVolumeIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("domain_max = [8, 8, 8]", "domain_max = [8, -8, 8]")),
         "case.toml:6:1: the domain has no extent along y: -8.0 to -8.0; expected \"domain_max\" "
@@ -273,14 +273,14 @@ TEST(CaseMessages, ADomainWithoutVolumeIsTold)
         "\"domain_min\"\n");
 }
 
-TEST(CaseMessages, LevelsThatAreTurnedRoundAreTold)
+TEST(CaseMessages, LevelsThatAreTurnedRoundAreReported)
 {
     EXPECT_EQ(messages(kPlainCase
                   + "[grid.wetted_surface]\non = true\nlevel = 2\nlevel_min = 5\nlevel_max = 4\n"),
         "case.toml:29:1: \"level_max\" is below \"level_min\"; expected at least 5\n");
 }
 
-TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsTold)
+TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsReported)
 {
     const std::string path(1001, 'p');
     EXPECT_EQ(messages(plain_case_with(
@@ -291,7 +291,7 @@ TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsTold)
         "");
 }
 
-TEST(CaseMessages, ACaseNameThatIsNoFileNameIsTold)
+TEST(CaseMessages, ACaseNameThatIsNoFileNameIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("\"plain\"", "\"\"")),
         "case.toml:2:1: \"name\" is empty; expected the stem of file names\n");
@@ -299,7 +299,7 @@ TEST(CaseMessages, ACaseNameThatIsNoFileNameIsTold)
         "case.toml:2:1: \"name\" has a \"/\" in it; expected the stem of file names\n");
 }
 
-TEST(CaseMessages, AdaptationWithoutPeriodIsTold)
+TEST(CaseMessages, AdaptationWithoutPeriodIsReported)
 {
     EXPECT_EQ(messages(kPlainCase + "[adaptation]\non = true\nperiod = 0\n"),
         "case.toml:27:1: adaptation is on and its \"period\" is 0; expected at least 1\n");
@@ -344,9 +344,10 @@ TEST(CaseMessages, BodiesThatReachOutOfTheDomainOrShareAnIdAreWarnedOf)
 TEST(CaseMessages, ABodyIsMeasuredWithTheCellsOfItsLevel)
 {
     // Base cells of 1 at level 0 and tetrahedra of 2: thinner than a cell nearly everywhere.
-    const std::string told = messages(plain_case_with("level = 2", "level = 0"));
-    EXPECT_TRUE(told.starts_with("case.toml:9:1: warning: body 1 is thinner than a cell of 1 at "))
-        << told;
+    const std::string reported = messages(plain_case_with("level = 2", "level = 0"));
+    EXPECT_TRUE(
+        reported.starts_with("case.toml:9:1: warning: body 1 is thinner than a cell of 1 at "))
+        << reported;
 }
 
 TEST(CaseMessages, ABodyThatLeaksIsWarnedOf)
@@ -365,7 +366,7 @@ TEST(CaseMessages, AMessageStaysInItsLine)
         "integer\n");
 }
 
-TEST(CaseMessages, AllFaultsAreToldAtOnceInTheOrderOfTheFile)
+TEST(CaseMessages, AllFaultsAreReportedAtOnceInTheOrderOfTheFile)
 {
     EXPECT_EQ(messages(R"([case]
 nam = "x"

@@ -134,14 +134,14 @@ TEST(VORTIK_ROUNDS_SUITE, RandomRecordsComeBackToEqualBytesThroughTheirText)
         const std::string text = Frontend::toml_text(Frontend::show_case_tree(record));
         Frontend::Diagnostics diagnostics;
         const auto tree = Frontend::parse_toml(text, "shown.toml", diagnostics);
-        std::ostringstream told;
-        diagnostics.print(told);
-        ASSERT_TRUE(tree) << "seed " << seed << '\n' << told.str();
+        std::ostringstream reported;
+        diagnostics.print(reported);
+        ASSERT_TRUE(tree) << "seed " << seed << '\n' << reported.str();
         const auto read = Frontend::read_case_tree(*tree, "shown.toml", diagnostics);
-        diagnostics.print(told);
-        ASSERT_FALSE(diagnostics.failed()) << "seed " << seed << '\n' << told.str();
+        diagnostics.print(reported);
+        ASSERT_FALSE(diagnostics.failed()) << "seed " << seed << '\n' << reported.str();
         ASSERT_TRUE(bytes_of(read.record) == bytes) << "seed " << seed;
-        if (seed <= 200) { // whatever is in it, all that is likely wrong can be told
+        if (seed <= 200) { // whatever is in it, all that is likely wrong can be reported
             Frontend::check_case(read, "/no/such/", diagnostics);
             ASSERT_GT(diagnostics.warnings(), 0U) << "seed " << seed;
         }

@@ -68,7 +68,7 @@ TEST(Examples, ACaseWithoutAnExampleIsTheSphere)
         "Next: look into mine/case.toml, then `vortik check mine`.\n");
 }
 
-TEST(Examples, AnUnknownExampleIsToldWithAllOfThem)
+TEST(Examples, AnUnknownExampleIsReportedWithAllOfThem)
 {
     const Testing::TemporaryDirectory directory;
     const auto made = run_vortik(directory.path(), { "new", "mine", "--example", "robbin" });

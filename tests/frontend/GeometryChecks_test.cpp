@@ -31,9 +31,9 @@ std::string warnings(const Facets& facets, double cell)
 {
     Frontend::Diagnostics diagnostics;
     Frontend::check_body({ "body 1", { "case", 3, 1 }, &facets, cell }, diagnostics);
-    std::ostringstream told;
-    diagnostics.print(told);
-    return told.str();
+    std::ostringstream reported;
+    diagnostics.print(reported);
+    return reported.str();
 }
 
 TEST(GeometryChecks, AThickClosedBodyIsFine)
@@ -73,7 +73,7 @@ TEST(GeometryChecks, ZerosOfBothSignsAreOnePoint)
     EXPECT_EQ(Frontend::open_edges(facets), 0U);
 }
 
-TEST(GeometryChecks, APlateThinnerThanACellIsTold)
+TEST(GeometryChecks, APlateThinnerThanACellIsReported)
 {
     // A plate of 0.1: its two large faces, 4 of 12 triangles, are 0.1 from each other.
     EXPECT_EQ(warnings(box(0, 0, 0, 1, 1, 0.1), 0.2),
@@ -106,7 +106,7 @@ TEST(GeometryChecks, ABodyFarFromTheOriginCollapsesInSixDigits)
         "when six digits of their coordinates are written; move it nearer (translate)\n");
 }
 
-TEST(GeometryChecks, ABodyWithoutTrianglesOrNumbersIsTold)
+TEST(GeometryChecks, ABodyWithoutTrianglesOrNumbersIsReported)
 {
     EXPECT_EQ(warnings({}, 1), "case:3:1: warning: body 1 has no triangles\n");
     Facets facets = box(0, 0, 0, 1, 1, 1);

@@ -94,7 +94,7 @@ TEST_F(SurfaceCommand, NothingIsReplacedUnasked)
     EXPECT_NE(read("a.stl"), "mine");
 }
 
-TEST_F(SurfaceCommand, FaultsAreToldBeforeAnythingIsMade)
+TEST_F(SurfaceCommand, FaultsAreReportedBeforeAnythingIsMade)
 {
     make_sphere();
     EXPECT_EQ(run({ "surface", "s/sphere.stl", "--level", "2", "-o", "a.xyz" }).err,
