@@ -21,7 +21,8 @@ constexpr auto kTimeToEnd = std::chrono::seconds(30); // for a program without i
 
 ControllerProgram short_turns()
 {
-    return { program_beside_this("controller_with_short_turns"), real_controller().startedAs };
+    return { program_beside_this("../demo/controller_with_short_turns"),
+        real_controller().startedAs };
 }
 
 std::string plain(std::string program)
