@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "links/Heartbeat.h"
 #include "links/InControl.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace Tavro {
 
@@ -55,6 +57,26 @@ LinkManager::Result LinkManager::GetLinkDebugInfo(std::vector<LinkDebugInfo>& li
         links.push_back(
             { one.attachments, one.size, { one.key, ::strnlen(one.key, m_maxKeyLength) } });
     return Success;
+}
+
+LinkManager::Result LinkManager::GetHeartbeatAges(
+    std::vector<double>& managers, std::vector<double>& links)
+{
+    std::vector<double> ofManagers(m_nManagerSlots);
+    std::vector<double> ofLinks(m_nBlocks);
+    const Result result = InControl([&] {
+        const std::int64_t now = heartbeat_now();
+        for (std::uint32_t slot = 0; slot < m_nManagerSlots; ++slot)
+            ofManagers[slot] = heartbeat_age(now, read_slot(m_sharedMemory->slots[slot]));
+        for (std::uint32_t id = 0; id < m_nBlocks; ++id)
+            ofLinks[id] = heartbeat_age(now, m_sharedMemory->blocks[id].tLastCheck);
+        return Success;
+    });
+    if (result == Success) {
+        managers = std::move(ofManagers);
+        links = std::move(ofLinks);
+    }
+    return result;
 }
 
 } // namespace Tavro

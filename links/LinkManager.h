@@ -95,6 +95,9 @@ public:
     static Result GetManagerDebuInfo(std::vector<ManagerDebugInfo>& managers);
     /// 100 entries in the order of the numbers, free links included.
     static Result GetLinkDebugInfo(std::vector<LinkDebugInfo>& links);
+    /// Seconds since the last heartbeat of each of the 50 managers and each of the 100 links, in
+    /// the same orders; of a free one, nothing of use.
+    static Result GetHeartbeatAges(std::vector<double>& managers, std::vector<double>& links);
     /// Prints to standard error where the lock and the block lie, one line each. A flag adds to its
     /// line whether this process may read and write the object.
     static void PrintAccessInfo(bool semAccess, bool shmAccess);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tavrobase/platform/Processes.h"
+#include "tavrobase/platform/ProcessWatch.h"
 
 #include "tavrobase/platform/posix/Descriptor.h"
 #include "tavrobase/platform/posix/SysCall.h"
@@ -57,6 +57,12 @@ public:
     void duplicate(int from, int to)
     {
         keep(::posix_spawn_file_actions_adddup2(&m_actions, from, to));
+    }
+    /// A session is what neither a terminal's Ctrl-C nor its end reaches.
+    void begin_session()
+    {
+        keep(
+            ::posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSID));
     }
     /// To be asked for last.
     void close_all_others()
@@ -199,14 +205,38 @@ CapturedRun pump(pid_t pid, Capture& out, Capture& err)
 
 } // namespace
 
-StartedChild start_child(const Command& command)
+namespace {
+
+StartedChild start_silent(SpawnSetup& setup, const Command& command)
 {
-    SpawnSetup setup;
     setup.open_null(STDIN_FILENO, O_RDONLY);
     setup.open_null(STDOUT_FILENO, O_WRONLY);
     setup.open_null(STDERR_FILENO, O_WRONLY);
     setup.close_all_others();
     return setup.start(command);
+}
+
+} // namespace
+
+StartedChild start_child(const Command& command)
+{
+    SpawnSetup setup;
+    return start_silent(setup, command);
+}
+
+StartedChild start_apart(const Command& command)
+{
+    SpawnSetup setup;
+    setup.begin_session();
+    return start_silent(setup, command);
+}
+
+std::optional<ChildEnd> child_end(long long pid)
+{
+    ChildEnd end;
+    if (!has_ended(static_cast<pid_t>(pid), end))
+        return std::nullopt;
+    return end;
 }
 
 ChildEnd wait_for_child(long long pid)

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tavrobase/platform/ProcessWatch.h"
+#include "tavrobase/platform/Terminal.h"
+
+/// A person at a terminal and programs that run by themselves, for folders that use the system
+/// through the base library alone.
+namespace Tavro {
+
+using Platform::child_end;
+using Platform::ChildEnd;
+using Platform::Command;
+using Platform::end_process;
+using Platform::error_text;
+using Platform::executable_path;
+using Platform::output_is_terminal;
+using Platform::process_mark;
+using Platform::programs_of_group;
+using Platform::RunningProgram;
+using Platform::start_apart;
+using Platform::StartedChild;
+using Platform::terminal_columns;
+using Platform::UserSignals;
+
+} // namespace Tavro

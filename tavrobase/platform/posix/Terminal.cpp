@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tavrobase/platform/Terminal.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <string_view>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace Tavro::Platform {
+
+namespace {
+
+constexpr std::array kSignals { SIGINT, SIGTERM, SIGHUP, SIGWINCH };
+
+// A handler can reach nothing but these. Lock-free atomics are safe in it.
+std::atomic<unsigned> g_interrupts = 0;
+std::atomic<bool> g_hungUp = false;
+std::atomic<int> g_bell = -1; // write end of a pipe that wakes the sleeper
+static_assert(std::atomic<unsigned>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+
+std::array<int, 2> g_pipe { -1, -1 };
+std::array<struct sigaction, kSignals.size()> g_before;
+
+void note_signal(int signal)
+{
+    const int saved = errno; // of the code that was interrupted
+    if (signal == SIGINT || signal == SIGTERM)
+        ++g_interrupts;
+    else if (signal == SIGHUP)
+        g_hungUp = true;
+    const char byte = 0;
+    const int bell = g_bell;
+    if (bell >= 0 && ::write(bell, &byte, 1) < 0) { } // full: the sleeper wakes anyway
+    errno = saved;
+}
+
+} // namespace
+
+bool output_is_terminal()
+{
+    const char* kind = std::getenv("TERM");
+    return ::isatty(STDOUT_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
+}
+
+std::optional<unsigned> terminal_columns()
+{
+    winsize size {};
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
+        return std::nullopt;
+    return size.ws_col;
+}
+
+UserSignals::UserSignals()
+{
+    g_interrupts = 0;
+    g_hungUp = false;
+    if (::pipe2(g_pipe.data(), O_CLOEXEC | O_NONBLOCK) == 0)
+        g_bell = g_pipe[1]; // without one, a signal still interrupts the sleep
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        (void)::sigaction(kSignals[i], nullptr, &g_before[i]); // no signal of these is refused
+        if (g_before[i].sa_handler == SIG_IGN) // under nohup, or behind a script's "&"
+            continue;
+        struct sigaction action { };
+        action.sa_handler = note_signal;
+        action.sa_flags = SA_RESTART;
+        ::sigemptyset(&action.sa_mask);
+        (void)::sigaction(kSignals[i], &action, nullptr);
+    }
+}
+
+UserSignals::~UserSignals()
+{
+    for (std::size_t i = 0; i < kSignals.size(); ++i)
+        (void)::sigaction(kSignals[i], &g_before[i], nullptr);
+    g_bell = -1;
+    for (int& end : g_pipe) {
+        if (end >= 0)
+            (void)::close(end); // nothing of worth was written
+        end = -1;
+    }
+}
+
+void UserSignals::wait(unsigned milliseconds)
+{
+    pollfd bell { g_pipe[0], POLLIN, 0 };
+    if (::poll(&bell, 1, static_cast<int>(milliseconds)) <= 0)
+        return;
+    std::array<char, 64> bytes;
+    while (::read(g_pipe[0], bytes.data(), bytes.size()) > 0) { }
+}
+
+unsigned UserSignals::interrupts() const { return g_interrupts; }
+
+bool UserSignals::hung_up() const { return g_hungUp; }
+
+} // namespace Tavro::Platform
