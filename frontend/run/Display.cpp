@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/run/Display.h"
+
+#include "frontend/run/Json.h"
+#include "frontend/run/StepWords.h"
+#include "tavrobase/Surveillance.h"
+
+#include <iostream>
+
+namespace Frontend {
+
+namespace {
+
+constexpr unsigned kUsualColumns = 80;
+constexpr const char* kWipe = "\r\x1b[K"; // to the left edge, and clear to the right
+
+} // namespace
+
+Display::Display(bool json)
+    : m_kind(json                           ? Kind::Json
+              : Tavro::output_is_terminal() ? Kind::Live
+                                            : Kind::Lines)
+    , m_libraryOutput(std::cout.rdbuf())
+    , m_out(std::make_unique<std::ostream>(m_libraryOutput))
+{
+    std::cout.rdbuf(std::cerr.rdbuf());
+    m_out->imbue(std::locale::classic());
+}
+
+Display::~Display()
+{
+    wipe_live_line();
+    m_out->flush();
+    std::cout.rdbuf(m_libraryOutput);
+}
+
+void Display::tell(const std::string& event, const std::string& text, const std::string& members)
+{
+    if (m_kind == Kind::Json) {
+        *m_out << '{' << json_member("event", event) << ',' << json_member("text", text) << members
+               << '}' << std::endl;
+        return;
+    }
+    wipe_live_line();
+    *m_out << text << std::endl;
+    draw_live_line();
+}
+
+void Display::show(const Progress& progress)
+{
+    const bool newStep = !m_hasShown || progress.step != m_last.step;
+    const bool changed = !m_hasShown || !progress.shows_the_same(m_last);
+    if (m_kind == Kind::Live && newStep) {
+        wipe_live_line();
+        if (m_hasShown)
+            *m_out << step_name(m_last.step) << ": done after " << elapsed() << std::endl;
+    }
+    if (newStep)
+        m_stepBegan = std::chrono::steady_clock::now();
+    m_last = progress;
+    m_hasShown = true;
+    switch (m_kind) {
+    case Kind::Live:
+        draw_live_line(); // also without a change: time goes on, and the terminal may be resized
+        break;
+    case Kind::Lines:
+        if (changed)
+            *m_out << progress_text(progress) << std::endl;
+        break;
+    case Kind::Json:
+        if (changed)
+            *m_out << '{' << json_member("event", "progress") << ',' << progress_members(progress)
+                   << '}' << std::endl;
+        break;
+    }
+}
+
+void Display::end(bool lastStepDone)
+{
+    wipe_live_line();
+    if (m_kind == Kind::Live && m_hasShown && lastStepDone)
+        *m_out << step_name(m_last.step) << ": done after " << elapsed() << std::endl;
+    m_hasShown = false;
+}
+
+std::string Display::elapsed() const
+{
+    const auto time = std::chrono::steady_clock::now() - m_stepBegan;
+    return duration_text(std::chrono::duration_cast<std::chrono::seconds>(time).count());
+}
+
+void Display::wipe_live_line()
+{
+    if (m_drawn.empty())
+        return;
+    *m_out << kWipe << std::flush;
+    m_drawn.clear();
+}
+
+void Display::draw_live_line()
+{
+    if (m_kind != Kind::Live || !m_hasShown)
+        return;
+    // One column stays free: a cursor behind the last one would begin a new line.
+    const unsigned columns = Tavro::terminal_columns().value_or(kUsualColumns) - 1;
+    const std::string line = progress_text(m_last, columns, elapsed());
+    if (line == m_drawn)
+        return;
+    *m_out << kWipe << line << std::flush;
+    m_drawn = line;
+}
+
+} // namespace Frontend

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "frontend/run/Progress.h"
+
+#include <chrono>
+#include <iosfwd>
+#include <memory>
+#include <streambuf>
+#include <string>
+
+namespace Frontend {
+
+/// How a run is shown on standard output: on a terminal a live line below the steps that are done,
+/// elsewhere a line for each change, or for machines one JSON object a line.
+///
+/// While a display lives, whatever else writes to the C++ standard output, as the link manager
+/// does, goes to standard error.
+class Display {
+public:
+    explicit Display(bool json);
+    ~Display();
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+    Display(Display&&) = delete;
+    Display& operator=(Display&&) = delete;
+
+    /// Something that has happened. `members` are more members of the JSON object, each with a
+    /// comma before it.
+    void tell(const std::string& event, const std::string& text, const std::string& members = "");
+    /// The state of the run; a state like the last one is not repeated.
+    void show(const Progress& progress);
+    /// Nothing is running any more; whether the last step has done its work.
+    void end(bool lastStepDone);
+
+private:
+    enum class Kind { Live, Lines, Json };
+
+    void wipe_live_line();
+    void draw_live_line();
+    [[nodiscard]] std::string elapsed() const;
+
+    Kind m_kind;
+    std::streambuf* m_libraryOutput;
+    std::unique_ptr<std::ostream> m_out;
+    Progress m_last;
+    bool m_hasShown = false;
+    std::string m_drawn; ///< the live line as it stands; empty if there is none
+    std::chrono::steady_clock::time_point m_stepBegan;
+};
+
+} // namespace Frontend

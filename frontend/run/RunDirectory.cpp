@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/run/RunDirectory.h"
+
+#include "tavrobase/AtomicFile.h"
+#include "tavrobase/PathIdentity.h"
+#include "tavrobase/SystemUtilities.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+namespace Frontend {
+
+namespace {
+
+constexpr const char* kFirstLine = "vortik run 1";
+
+std::string record_file(const std::string& root) { return root + "/.vortik-run"; }
+
+template <typename Number>
+bool read_number(const std::string& text, Number& number)
+{
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    return read.ec == std::errc {} && read.ptr == end;
+}
+
+/// Name of a program's file, without the words that the system adds when the file has been
+/// replaced.
+std::string program_name(const std::string& path)
+{
+    std::string name = path.substr(path.rfind('/') + 1);
+    return name.substr(0, name.find(' '));
+}
+
+bool is_step_program(const Tavro::RunningProgram& program)
+{
+    static constexpr std::array kNames { "TreeGen", "Vortik_Extractor", "Vortik_PreCalc",
+        "Vortik_RotorProg", "Vortik_Solver", "Vortik_Adapter" };
+    const std::string name = program_name(program.path);
+    return std::any_of(kNames.begin(), kNames.end(),
+        [&](const char* known) { return name == known || name == std::string(known) + "-omp"; });
+}
+
+} // namespace
+
+std::optional<std::string> run_root(const std::string& path)
+{
+    namespace fs = std::filesystem;
+    std::error_code error;
+    fs::path found = fs::canonical(path, error);
+    if (error)
+        return std::nullopt;
+    if (!fs::is_directory(found, error))
+        found = found.parent_path();
+    const std::string root = found.string();
+    return root == "/" ? std::nullopt : std::optional(root);
+}
+
+Tavro::FilePath link_key(const std::string& root) { return Tavro::AsWritten(root + "/"); }
+
+std::string binary_case(const std::string& root) { return root + "/.vortik-case"; }
+
+std::string usual_completion_file(const std::string& root) { return root + "/.vortik-completion"; }
+
+bool remember_run(const std::string& root, const RunRecord& record)
+{
+    const std::string text = std::string(kFirstLine) + "\ncase " + record.caseFile + "\ncompletion "
+        + record.completionFile + "\nhost " + record.host + "\ncontroller "
+        + std::to_string(record.controller) + "\nmark " + record.mark + "\nlink "
+        + std::to_string(record.link) + '\n';
+    return Tavro::writeFileAtomically(Tavro::AsWritten(record_file(root)), text);
+}
+
+std::optional<RunRecord> recall_run(const std::string& root)
+{
+    std::ifstream file(record_file(root), std::ios::binary);
+    std::string line;
+    if (!std::getline(file, line) || line != kFirstLine)
+        return std::nullopt;
+    std::map<std::string, std::string> values;
+    while (std::getline(file, line)) {
+        const auto blank = line.find(' ');
+        if (blank != std::string::npos)
+            values[line.substr(0, blank)] = line.substr(blank + 1);
+    }
+    RunRecord record { values["case"], values["completion"], values["host"], -1, values["mark"],
+        0 };
+    if (record.completionFile.empty() || !read_number(values["controller"], record.controller)
+        || !read_number(values["link"], record.link))
+        return std::nullopt;
+    return record;
+}
+
+std::optional<int> completion_word(const std::string& file)
+{
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) // a pipe would not let go of us
+        return std::nullopt;
+    std::ifstream stream(file, std::ios::binary);
+    std::array<char, 16> bytes {};
+    stream.read(bytes.data(), bytes.size());
+    std::string text(bytes.data(), static_cast<std::size_t>(stream.gcount()));
+    int word = 0;
+    if (!text.ends_with('\n'))
+        return std::nullopt;
+    text.pop_back();
+    return read_number(text, word) ? std::optional(word) : std::nullopt;
+}
+
+bool is_here(const RunRecord& record) { return record.host == Tavro::GetHostname(); }
+
+bool controller_lives(const RunRecord& record)
+{
+    return is_here(record) && !record.mark.empty()
+        && Tavro::process_mark(record.controller) == record.mark;
+}
+
+std::vector<Tavro::RunningProgram> step_programs(const RunRecord& record)
+{
+    if (!is_here(record) || record.controller < 1)
+        return {};
+    // The number may belong to a program of somebody else by now.
+    const std::string head = Tavro::process_mark(record.controller);
+    if (!head.empty() && head != record.mark)
+        return {};
+    std::vector<Tavro::RunningProgram> programs = Tavro::programs_of_group(record.controller);
+    programs.erase(std::remove_if(programs.begin(), programs.end(),
+                       [](const Tavro::RunningProgram& one) { return !is_step_program(one); }),
+        programs.end());
+    return programs;
+}
+
+std::string names_of(const std::vector<Tavro::RunningProgram>& programs)
+{
+    std::string text;
+    for (const Tavro::RunningProgram& program : programs)
+        text += (text.empty() ? "" : ", ") + program_name(program.path) + " (process "
+            + std::to_string(program.pid) + ")";
+    return text;
+}
+
+} // namespace Frontend

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tavrobase/FilePath.h"
+#include "tavrobase/Surveillance.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Frontend {
+
+/// A run is known by its directory. What `vortik` keeps there has names that begin with ".vortik-",
+/// directly in the directory: the controller cleans directories below it, so neither a new run nor
+/// the end of one takes them away.
+
+/// What those who come later need to know of the last run of a directory.
+struct RunRecord {
+    std::string caseFile; ///< the readable case
+    std::string completionFile;
+    std::string host; ///< on which the controller runs
+    long long controller = -1; ///< its process, and the group of all programs of the run
+    std::string mark; ///< which process of that number
+    unsigned link = 0; ///< number of the front end's link
+};
+
+/// The directory of a run, given itself or a file in it: absolute, every link followed, without "/"
+/// at its end. Nothing if there is no such thing, or if it is the top of the file system.
+[[nodiscard]] std::optional<std::string> run_root(const std::string& path);
+
+/// The key of the run's link, which is the path of its model.
+[[nodiscard]] Tavro::FilePath link_key(const std::string& root);
+
+/// Where the case goes from which the controller starts; it lies in the root, for its directory is
+/// the controller's root, and the controller takes it away.
+[[nodiscard]] std::string binary_case(const std::string& root);
+/// The completion file of a case that names none.
+[[nodiscard]] std::string usual_completion_file(const std::string& root);
+
+/// False if it could not be written.
+[[nodiscard]] bool remember_run(const std::string& root, const RunRecord& record);
+/// Nothing if no run is known, or what is kept of it has been damaged.
+[[nodiscard]] std::optional<RunRecord> recall_run(const std::string& root);
+
+/// The number that a completion file holds; nothing if there is no such file or it holds anything
+/// else.
+[[nodiscard]] std::optional<int> completion_word(const std::string& file);
+
+/// Whether the run's controller is on this machine, where processes and links can be seen.
+[[nodiscard]] bool is_here(const RunRecord& record);
+/// Whether the run's controller lives, here.
+[[nodiscard]] bool controller_lives(const RunRecord& record);
+/// Step programs of the run that are still running, here.
+[[nodiscard]] std::vector<Tavro::RunningProgram> step_programs(const RunRecord& record);
+/// "Vortik_Solver (process 123)", with commas between several.
+[[nodiscard]] std::string names_of(const std::vector<Tavro::RunningProgram>& programs);
+
+} // namespace Frontend
