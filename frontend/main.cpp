@@ -173,6 +173,11 @@ int run_vortik(int argc, char** argv)
     add_show_command(app, chosen);
     add_airfoil_command(app, chosen);
     add_surface_command(app, chosen);
+    add_run_command(app, chosen);
+    add_watch_command(app, chosen);
+    add_stop_command(app, chosen);
+    add_status_command(app, chosen);
+    add_links_command(app, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

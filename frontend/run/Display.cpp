@@ -17,9 +17,9 @@ constexpr const char* kWipe = "\r\x1b[K"; // to the left edge, and clear to the 
 } // namespace
 
 Display::Display(bool json)
-    : m_kind(json                           ? Kind::Json
-              : Tavro::output_is_terminal() ? Kind::Live
-                                            : Kind::Lines)
+    : m_kind(json                         ? Kind::Json
+            : Tavro::output_is_terminal() ? Kind::Live
+                                          : Kind::Lines)
     , m_libraryOutput(std::cout.rdbuf())
     , m_out(std::make_unique<std::ostream>(m_libraryOutput))
 {

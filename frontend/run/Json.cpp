@@ -92,8 +92,7 @@ std::string json_member(const std::string& name, double value)
 {
     std::array<char, 40> text;
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-    return json_text(name) + ":"
-        + (std::isfinite(value) ? std::string(text.data(), end) : "null");
+    return json_text(name) + ":" + (std::isfinite(value) ? std::string(text.data(), end) : "null");
 }
 
 std::string json_member(const std::string& name, const std::vector<std::string>& values)

@@ -56,8 +56,8 @@ std::vector<LogEnd> log_ends(const std::string& root, const std::vector<std::str
         for (std::string line; std::getline(text, line);)
             end.lines.push_back(harmless(line));
         if (end.lines.size() > kLines)
-            end.lines.erase(end.lines.begin(),
-                end.lines.end() - static_cast<std::ptrdiff_t>(kLines));
+            end.lines.erase(
+                end.lines.begin(), end.lines.end() - static_cast<std::ptrdiff_t>(kLines));
         if (!end.lines.empty())
             ends.push_back(std::move(end));
     }

@@ -48,9 +48,9 @@ std::vector<Piece> pieces_of(const Progress& progress, const std::string& elapse
     std::vector<Piece> pieces { { step_name(progress.step), 9 } };
     if (solver_runs(progress)) {
         using std::chars_format;
-        pieces.push_back({ "step " + std::to_string(progress.number) + " of "
-                + std::to_string(progress.total),
-            8 });
+        pieces.push_back(
+            { "step " + std::to_string(progress.number) + " of " + std::to_string(progress.total),
+                8 });
         pieces.push_back(
             { "total residual " + number_text(progress.totalResidual, chars_format::scientific, 2),
                 6 });

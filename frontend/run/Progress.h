@@ -30,9 +30,8 @@ struct Progress {
 
 /// "solver, step 3 of 20, total residual 7.5e-01, ..., 12 s left". If `columns` is given, what
 /// matters least is left out until it fits.
-[[nodiscard]] std::string progress_text(
-    const Progress& progress, std::optional<unsigned> columns = std::nullopt,
-    const std::string& elapsed = "");
+[[nodiscard]] std::string progress_text(const Progress& progress,
+    std::optional<unsigned> columns = std::nullopt, const std::string& elapsed = "");
 
 /// The members of a JSON object, without its braces.
 [[nodiscard]] std::string progress_members(const Progress& progress);

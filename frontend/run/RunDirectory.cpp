@@ -68,9 +68,9 @@ std::string usual_completion_file(const std::string& root) { return root + "/.vo
 
 bool remember_run(const std::string& root, const RunRecord& record)
 {
-    const std::string text = std::string(kFirstLine) + "\ncase " + record.caseFile + "\ncompletion "
-        + record.completionFile + "\nhost " + record.host + "\ncontroller "
-        + std::to_string(record.controller) + "\nmark " + record.mark + "\nlink "
+    const std::string text = std::string(kFirstLine) + "\ncase " + record.caseFile + "\nname "
+        + record.caseName + "\ncompletion " + record.completionFile + "\nhost " + record.host
+        + "\ncontroller " + std::to_string(record.controller) + "\nmark " + record.mark + "\nlink "
         + std::to_string(record.link) + '\n';
     return Tavro::writeFileAtomically(Tavro::AsWritten(record_file(root)), text);
 }
@@ -87,8 +87,8 @@ std::optional<RunRecord> recall_run(const std::string& root)
         if (blank != std::string::npos)
             values[line.substr(0, blank)] = line.substr(blank + 1);
     }
-    RunRecord record { values["case"], values["completion"], values["host"], -1, values["mark"],
-        0 };
+    RunRecord record { values["case"], values["name"], values["completion"], values["host"], -1,
+        values["mark"], 0 };
     if (record.completionFile.empty() || !read_number(values["controller"], record.controller)
         || !read_number(values["link"], record.link))
         return std::nullopt;

@@ -17,6 +17,7 @@ namespace Frontend {
 /// What those who come later need to know of the last run of a directory.
 struct RunRecord {
     std::string caseFile; ///< the readable case
+    std::string caseName; ///< stem of its files
     std::string completionFile;
     std::string host; ///< on which the controller runs
     long long controller = -1; ///< its process, and the group of all programs of the run

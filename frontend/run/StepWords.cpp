@@ -70,7 +70,8 @@ std::vector<std::string> logs_of_step(int step)
     const StepWords* words = words_of(step);
     if (words != nullptr && words->program != nullptr) {
         const std::string program = words->program;
-        const std::string directory = program == kGridGenerator ? "Grid_Output/" : "Process_Output/";
+        const std::string directory
+            = program == kGridGenerator ? "Grid_Output/" : "Process_Output/";
         logs = { directory + program + ".err", directory + program + ".out" };
         if (program == "Vortik_Adapter") {
             logs.emplace_back("Process_Output/Adapt.err");

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/CaseText.h"
+#include "frontend/ExitStatus.h"
+#include "frontend/run/EarlierRun.h"
+#include "frontend/run/Follow.h"
+#include "frontend/run/Json.h"
+#include "frontend/run/RunCommands.h"
+#include "frontend/run/RunStart.h"
+
+#include <iostream>
+
+namespace Frontend {
+
+namespace {
+
+constexpr unsigned kLook = 50; // milliseconds
+
+int complain(const std::string& what, int status)
+{
+    std::cerr << "vortik: " << what << '\n';
+    return status;
+}
+
+void tell_cleaning(const PreparedRun& run, Display& display)
+{
+    if (run.input.m_bRestart)
+        return;
+    const auto results = results_to_be_cleaned(run.root);
+    if (results.empty())
+        return;
+    std::vector<std::string> directories;
+    for (const Results& one : results)
+        directories.push_back(one.directory);
+    display.tell("cleaning",
+        "Cleaning the results of an earlier run in " + run.root + ": " + results_text(results),
+        "," + json_member("directories", directories));
+}
+
+void tell_start(const RunInSight& started, const PreparedRun& run, Display& display)
+{
+    const std::string from
+        = run.input.m_bRestart ? ", from " + run.input.m_strRestartFile : std::string();
+    display.tell("started",
+        "Running " + run.input.m_strCaseName + " in " + run.root + from + " (controller: process "
+            + std::to_string(started.record.controller) + ")",
+        "," + json_member("case", run.input.m_strCaseName) + ","
+            + json_member("directory", run.root) + ","
+            + json_member("controller", started.record.controller));
+}
+
+/// Our own attachment keeps the link until the controller has its own, so we stay until then.
+bool wait_for_attachment(
+    const RunInSight& run, Tavro::UserSignals& signals, std::optional<Tavro::ChildEnd>& end)
+{
+    for (;;) {
+        end = run.controller_end();
+        if (end)
+            return false;
+        Tavro::LinkManager::Result result {};
+        const auto progress = read_progress(*run.link, result);
+        if (!progress || progress->step != 0)
+            return true;
+        signals.wait(kLook);
+    }
+}
+
+int detach_from(RunInSight& run, Display& display, Tavro::UserSignals& signals)
+{
+    std::optional<Tavro::ChildEnd> end;
+    if (wait_for_attachment(run, signals, end)) {
+        tell_detached(run, display);
+        return kFinished;
+    }
+    const Ending ending = ending_of(run.record, *end, {});
+    tell_ending(run.root, run.record, ending, display);
+    return exit_status_of(ending.outcome);
+}
+
+} // namespace
+
+int run_command(const RunOptions& options)
+{
+    Diagnostics diagnostics;
+    auto input = read_case_text(options.path, diagnostics);
+    diagnostics.print(std::cerr);
+    if (!input)
+        return kBadInput;
+    std::string reason;
+    auto prepared
+        = prepare_run(case_file(options.path), std::move(*input), options.restart, reason);
+    if (!prepared)
+        return complain(reason, kBadInput);
+    if (reason = obstacle(*prepared, options.force); !reason.empty())
+        return complain(reason, kBadInput);
+    if (reason = lack_of_programs(*prepared); !reason.empty())
+        return complain(reason, kFailed);
+
+    Tavro::UserSignals signals;
+    Display display(options.json);
+    const LinkUse links;
+    if (links.result() != Tavro::LinkManager::Success)
+        return complain(
+            std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
+            kFailed);
+    tell_cleaning(*prepared, display);
+    reason.clear();
+    auto run = start_run(*prepared, reason);
+    if (!reason.empty())
+        complain(reason, kFailed);
+    if (!run)
+        return kFailed;
+    tell_start(*run, *prepared, display);
+    if (options.detach)
+        return detach_from(*run, display, signals);
+    return follow_run(*run, display, signals, OnInterrupt::Stop);
+}
+
+} // namespace Frontend

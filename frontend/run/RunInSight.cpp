@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/run/RunInSight.h"
+
+#include "frontend/ExitStatus.h"
+#include "frontend/run/StepWords.h"
+
+namespace Frontend {
+
+using Tavro::LinkManager;
+
+LinkUse::LinkUse()
+    : m_result(LinkManager::Startup())
+{
+}
+
+LinkUse::~LinkUse() { LinkManager::Shutdown(); }
+
+std::optional<Tavro::ChildEnd> RunInSight::controller_end() const
+{
+    if (isOurChild)
+        return Tavro::child_end(record.controller);
+    if (controller_lives(record))
+        return std::nullopt;
+    return Tavro::ChildEnd {};
+}
+
+std::unique_ptr<VRK::GUIConLink> attach_to_run(
+    const std::string& root, const RunRecord& record, LinkManager::Result& result)
+{
+    // By the number first: a link of a former run with this key may linger for half a minute after
+    // its owners were killed, and a search by the key would find it if its number is the lower one.
+    const Tavro::FilePath key = link_key(root);
+    std::vector<LinkManager::LinkDebugInfo> links;
+    result = LinkManager::GetLinkDebugInfo(links);
+    if (result != LinkManager::Success)
+        return nullptr;
+    std::unique_ptr<VRK::GUIConLink> link;
+    if (record.link < links.size() && links[record.link].m_nAttachments > 0
+        && links[record.link].m_strKey == key.Get()) {
+        link = std::make_unique<VRK::GUIConLink>(record.link, result);
+    } else {
+        bool attached = false;
+        link = std::make_unique<VRK::GUIConLink>(key, attached, result);
+    }
+    return result == LinkManager::Success ? std::move(link) : nullptr;
+}
+
+Ending ending_of(const RunRecord& record, const Tavro::ChildEnd& how, const Progress& last)
+{
+    Ending ending { Outcome::Died, completion_word(record.completionFile).value_or(0), how, last };
+    if (ending.word == VRK::StepComplete)
+        ending.outcome = Outcome::Finished;
+    else if (ending.word == VRK::StepStopped)
+        ending.outcome = Outcome::Stopped;
+    else if (ending.word < 0 && ending.word != VRK::StepNotFinished)
+        ending.outcome = Outcome::Failed;
+    return ending;
+}
+
+const char* outcome_name(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Finished:
+        return "finished";
+    case Outcome::Stopped:
+        return "stopped";
+    case Outcome::Failed:
+        return "failed";
+    case Outcome::Died:
+        break;
+    }
+    return "died";
+}
+
+namespace {
+
+std::string how_text(const Tavro::ChildEnd& how)
+{
+    using Kind = Tavro::ChildEnd::Kind;
+    switch (how.kind) {
+    case Kind::Exited:
+        return "the controller ended with status " + std::to_string(how.value);
+    case Kind::Signalled:
+        return "the controller was killed by signal " + std::to_string(how.value);
+    case Kind::Unknown:
+        break;
+    }
+    return "the controller is gone without a word";
+}
+
+/// ", at: solver, step 3 of 20"; empty if nothing was seen of a step.
+std::string place_text(const Progress& last)
+{
+    if (last.step <= 0)
+        return "";
+    std::string text = ", at: " + step_name(last.step);
+    if (last.number >= 0)
+        text += ", step " + std::to_string(last.number) + " of " + std::to_string(last.total);
+    return text;
+}
+
+} // namespace
+
+std::string ending_text(const Ending& ending)
+{
+    switch (ending.outcome) {
+    case Outcome::Finished:
+        return "finished";
+    case Outcome::Stopped:
+        return "stopped" + place_text(ending.last);
+    case Outcome::Failed:
+        return "failed: " + step_name(ending.word);
+    case Outcome::Died:
+        break;
+    }
+    return "failed: " + how_text(ending.how)
+        + (ending.word == 0 ? ", before it had read the case" : place_text(ending.last));
+}
+
+int exit_status_of(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Finished:
+        return kFinished;
+    case Outcome::Stopped:
+        return kStopped;
+    case Outcome::Failed:
+    case Outcome::Died:
+        break;
+    }
+    return kFailed;
+}
+
+} // namespace Frontend

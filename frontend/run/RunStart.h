@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "case/ControllerInput.h"
+#include "frontend/run/RunInSight.h"
+
+#include <optional>
+#include <string>
+
+namespace Frontend {
+
+/// Where the controller and the step programs are: the directory of this program's own executable,
+/// with "/" at its end.
+[[nodiscard]] std::string program_directory();
+
+/// A case that is ready to be run in its directory.
+struct PreparedRun {
+    std::string root;
+    std::string caseFile; ///< the readable one
+    VRK::ControllerInput input;
+    std::string completionFile;
+};
+
+/// Fits a case to its directory, with the latest restart file if that is asked for. Nothing has
+/// been changed on disk. On failure, nothing and the reason.
+[[nodiscard]] std::optional<PreparedRun> prepare_run(
+    const std::string& caseFile, VRK::ControllerInput input, bool restart, std::string& reason);
+
+/// Why the run may not begin in its directory, or nothing. `force` overrides what is only a doubt.
+[[nodiscard]] std::string obstacle(const PreparedRun& run, bool force);
+/// Why the installation cannot run the case, or nothing.
+[[nodiscard]] std::string lack_of_programs(const PreparedRun& run);
+
+/// Makes the link, writes the case file and starts the controller. Null, with the reason, if that
+/// failed; nothing has begun then.
+[[nodiscard]] std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason);
+
+} // namespace Frontend

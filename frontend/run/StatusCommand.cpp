@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/ExitStatus.h"
+#include "frontend/run/Display.h"
+#include "frontend/run/Json.h"
+#include "frontend/run/RunCommands.h"
+#include "frontend/run/RunInSight.h"
+
+#include <iostream>
+#include <set>
+
+namespace Frontend {
+
+namespace {
+
+struct Status {
+    std::string text;
+    std::string state; ///< for machines
+    int exitStatus = kFinished;
+    std::string members;
+};
+
+Status status_of_living(const std::string& root, const RunRecord& record)
+{
+    Tavro::LinkManager::Result result {};
+    const auto link = attach_to_run(root, record, result);
+    const auto progress = link == nullptr ? std::nullopt : read_progress(*link, result);
+    if (!progress || progress->step <= 0)
+        return { "running", "running", kFinished, "" };
+    return { "running, " + progress_text(*progress), "running", kFinished,
+        "," + progress_members(*progress) };
+}
+
+Status status_of(const std::string& root, const RunRecord& record)
+{
+    if (controller_lives(record))
+        return status_of_living(root, record);
+    if (!is_here(record) && completion_word(record.completionFile) == VRK::StepNotFinished)
+        return { "begun on " + record.host + "; from here it cannot be seen whether it runs",
+            "elsewhere", kFinished, "" };
+    const Ending ending = ending_of(record, {}, {});
+    Status status { ending_text(ending), outcome_name(ending.outcome),
+        exit_status_of(ending.outcome), "," + json_member("completion", ending.word) };
+    const auto left = step_programs(record);
+    if (!left.empty())
+        status.text += "; still running: " + names_of(left);
+    return status;
+}
+
+void tell_status(const std::string& root, const Status& status, Display& display)
+{
+    display.tell("status", root + ": " + status.text,
+        "," + json_member("directory", root) + "," + json_member("state", status.state)
+            + status.members);
+}
+
+/// Directories of all runs whose link is there.
+std::set<std::string> linked_roots()
+{
+    std::vector<Tavro::LinkManager::LinkDebugInfo> links;
+    std::set<std::string> roots;
+    if (Tavro::LinkManager::GetLinkDebugInfo(links) != Tavro::LinkManager::Success)
+        return roots;
+    for (const auto& link : links) {
+        if (link.m_nAttachments > 0 && link.m_nDataSize == sizeof(VRK::GUIRecord)
+            && link.m_strKey.size() > 1 && link.m_strKey.ends_with('/'))
+            roots.insert(link.m_strKey.substr(0, link.m_strKey.size() - 1));
+    }
+    return roots;
+}
+
+} // namespace
+
+int status_command(const std::string& path, bool json)
+{
+    const auto root = path.empty() ? std::nullopt : run_root(path);
+    const auto record = root ? recall_run(*root) : std::nullopt;
+    if (!path.empty() && !record) {
+        std::cerr << "vortik: "
+                  << (root ? "no run is known in " + *root + "; `vortik run` starts one"
+                           : path + ": no such directory")
+                  << '\n';
+        return kBadInput;
+    }
+    Display display(json);
+    const LinkUse links;
+    if (links.result() != Tavro::LinkManager::Success) {
+        std::cerr << "vortik: no links: " << Tavro::LinkManager::GetResultString(links.result())
+                  << '\n';
+        return kFailed;
+    }
+    if (record) {
+        const Status status = status_of(*root, *record);
+        tell_status(*root, status, display);
+        return status.exitStatus;
+    }
+    const auto roots = linked_roots();
+    for (const std::string& one : roots) {
+        const auto known = recall_run(one);
+        tell_status(one,
+            known ? status_of(one, *known)
+                  : Status { "has a link of another front end", "foreign", kFinished, "" },
+            display);
+    }
+    if (roots.empty() && !json)
+        display.tell("status", "No run of yours is under way on this machine.");
+    return kFinished;
+}
+
+} // namespace Frontend

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/ExitStatus.h"
+#include "frontend/run/Follow.h"
+#include "frontend/run/Json.h"
+#include "frontend/run/RunCommands.h"
+
+#include <chrono>
+#include <iostream>
+
+namespace Frontend {
+
+namespace {
+
+constexpr unsigned kLook = 100; // milliseconds
+constexpr auto kPatience = std::chrono::seconds(5); // with a program that has been asked to end
+
+int complain(const std::string& what, int status = kBadInput)
+{
+    std::cerr << "vortik: " << what << '\n';
+    return status;
+}
+
+/// The run of a directory, as far as it is known; else a complaint.
+std::optional<RunInSight> find_run(const std::string& path)
+{
+    const auto root = run_root(path);
+    if (!root) {
+        (void)complain(path + ": no such directory"); // the caller has the status
+        return std::nullopt;
+    }
+    auto record = recall_run(*root);
+    if (!record) {
+        (void)complain("no run is known in " + *root + "; `vortik run` starts one");
+        return std::nullopt;
+    }
+    return RunInSight { *root, std::move(*record), nullptr, false };
+}
+
+bool is_elsewhere(const RunInSight& run)
+{
+    return !is_here(run.record)
+        && completion_word(run.record.completionFile) == VRK::StepNotFinished;
+}
+
+int complain_of_distance(const RunInSight& run)
+{
+    return complain("the run in " + run.root + " was begun on " + run.record.host
+        + " and can be seen from there alone");
+}
+
+/// False, after a complaint, if there is no link though the controller lives.
+bool attach(RunInSight& run)
+{
+    Tavro::LinkManager::Result result {};
+    run.link = attach_to_run(run.root, run.record, result);
+    if (run.link == nullptr && controller_lives(run.record)) {
+        (void)complain("no link to the controller (process " + std::to_string(run.record.controller)
+            + "): " + Tavro::LinkManager::GetResultString(result));
+        return false;
+    }
+    return true;
+}
+
+/// Ends what a run without a controller has left behind.
+int end_programs_left(const RunInSight& run, Display& display, Tavro::UserSignals& signals)
+{
+    const auto left = step_programs(run.record);
+    display.tell("ending", "The controller is gone. Ending " + names_of(left) + ".");
+    for (const bool withoutAsking : { false, true }) {
+        for (const auto& program : step_programs(run.record))
+            (void)Tavro::end_process(program.pid, withoutAsking); // gone since, or seen below
+        const auto deadline = std::chrono::steady_clock::now() + kPatience;
+        while (!step_programs(run.record).empty() && std::chrono::steady_clock::now() < deadline)
+            signals.wait(kLook);
+    }
+    const auto still = step_programs(run.record);
+    if (still.empty())
+        return kFinished;
+    return complain("still running: " + names_of(still), kFailed);
+}
+
+} // namespace
+
+int watch_command(const std::string& path, bool json)
+{
+    auto run = find_run(path);
+    if (!run)
+        return kBadInput;
+    if (is_elsewhere(*run))
+        return complain_of_distance(*run);
+    Tavro::UserSignals signals;
+    Display display(json);
+    const LinkUse links;
+    if (controller_lives(run->record) && !attach(*run))
+        return kFailed;
+    const int status = follow_run(*run, display, signals, OnInterrupt::Leave);
+    run->link.reset(); // before the share in the links ends
+    return status;
+}
+
+int stop_command(const std::string& path, bool json)
+{
+    auto run = find_run(path);
+    if (!run)
+        return kBadInput;
+    if (is_elsewhere(*run))
+        return complain_of_distance(*run);
+    Tavro::UserSignals signals;
+    Display display(json);
+    const LinkUse links;
+    if (!controller_lives(run->record)) {
+        if (!step_programs(run->record).empty())
+            return end_programs_left(*run, display, signals);
+        return complain(
+            "nothing to stop in " + run->root + ": " + ending_text(ending_of(run->record, {}, {})));
+    }
+    if (!attach(*run))
+        return kFailed;
+    const auto result = run->link->SetStop(true);
+    if (result != Tavro::LinkManager::Success)
+        return complain(std::string("the controller cannot be asked to stop: ")
+                + Tavro::LinkManager::GetResultString(result),
+            kFailed);
+    display.tell("stopping", "Stopping " + run->root + ", as soon as the controller hears it.");
+    const int status = follow_run(*run, display, signals, OnInterrupt::LeaveStopping);
+    run->link.reset(); // before the share in the links ends
+    // What was asked for is that it runs no more.
+    return controller_lives(run->record) ? kStopped : status == kFailed ? kFailed : kFinished;
+}
+
+} // namespace Frontend
