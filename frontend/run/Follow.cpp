@@ -116,7 +116,8 @@ public:
                 tell_detached(m_run, m_display);
                 return m_onInterrupt == OnInterrupt::LeaveStopping ? kStopped : kFinished;
             }
-            m_signals.wait(kLook);
+            if (m_interrupts == m_signals.interrupts()) // else there is another one to hear
+                m_signals.wait(kLook);
         }
     }
 

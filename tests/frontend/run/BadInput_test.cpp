@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/frontend/run/RunTest.h"
+#include "tests/support/Programs.h"
+
+namespace {
+
+using Testing::all_of;
+using Testing::names_in;
+using Testing::tidy;
+using Testing::VortikProcess;
+
+using Names = std::vector<std::string>;
+
+class BadRun : public Testing::RunTest { };
+
+TEST_F(BadRun, WithoutACaseOrARunChangesNothing)
+{
+    const std::string root = make_case("empty", 20);
+    EXPECT_EQ(tidy(all_of({ "watch", root }), root),
+        "vortik: no run is known in DIR; `vortik run` starts one\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "stop", root }), root),
+        "vortik: no run is known in DIR; `vortik run` starts one\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "status", root }), root),
+        "vortik: no run is known in DIR; `vortik run` starts one\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "status", root + "/none" }), root),
+        "vortik: DIR/none: no such directory\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "run", root, "--restart" }), root),
+        "vortik: there is no restart file of this case in DIR/Restarts; without --restart a new "
+        "run begins\nstatus 2\n");
+    const std::string missing = all_of({ "run", root + "/none.toml" });
+    EXPECT_TRUE(missing.ends_with("status 2\n")) << missing;
+    EXPECT_EQ(names_in(root), (Names { "case.toml", "cube.obj" }));
+}
+
+TEST_F(BadRun, DoesNotReplaceAStrangersFilesUnasked)
+{
+    const std::string root = make_case("taken", 20);
+    Testing::write_file(root + "/.vortik-completion", "a letter to my mother\n");
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: DIR/.vortik-completion is in the place of the completion file and is none; "
+        "--force replaces it\nstatus 2\n");
+    Testing::write_file(root + "/.vortik-completion", "-9\n");
+    Testing::write_file(root + "/.vortik-case", "");
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: DIR/.vortik-case is in the place of the controller's case file; --force replaces "
+        "it\nstatus 2\n");
+    Testing::write_file(root + "/.vortik-run",
+        "vortik run 1\ncase DIR/case.toml\nname cube\ncompletion " + root
+            + "/.vortik-completion\nhost another.machine\ncontroller 1\nmark 1@1\nlink 0\n");
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: a run in DIR was begun on another.machine and has not ended, as far as can be "
+        "seen from here; --force begins another\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "watch", root }), root),
+        "vortik: the run in DIR was begun on another.machine and can be seen from there alone\n"
+        "status 2\n");
+    EXPECT_EQ(tidy(all_of({ "status", root }), root),
+        "DIR: begun on another.machine; from here it cannot be seen whether it runs\nstatus 0\n");
+}
+
+TEST_F(BadRun, WithoutStepProgramsBesideTheFrontEndIsRefused)
+{
+    const std::string root = make_case("alone", 20);
+    VortikProcess::Setting setting = pace(0);
+    setting.directory = Testing::program_beside_this("");
+    setting.directory.pop_back();
+    VortikProcess run({ "run", root }, setting);
+    EXPECT_EQ(run.ends(), 1);
+    EXPECT_EQ(tidy(run.output(), setting.directory),
+        "vortik: missing beside vortik, in DIR/: TreeGen, Vortik_Extractor, Vortik_PreCalc, "
+        "Vortik_Solver\n");
+    EXPECT_EQ(names_in(root), (Names { "case.toml", "cube.obj" }));
+}
+
+} // namespace

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/frontend/run/RunTest.h"
+
+#include <csignal>
+
+namespace {
+
+using Testing::all_of;
+using Testing::tidy;
+using Testing::VortikProcess;
+
+class Death : public Testing::RunTest { };
+
+TEST_F(Death, OfTheControllerIsToldAndItsProgramIsEndedByStopAndANewRunWorks)
+{
+    const std::string root = make_case("run", 100'000);
+    VortikProcess run({ "run", root }, pace(10));
+    EXPECT_TRUE(run.writes("solver\n"));
+    (void)step_program(root, "Vortik_Solver"); // it is there
+    ASSERT_EQ(::kill(controller_of(root), SIGKILL), 0);
+    EXPECT_EQ(run.ends(), 1);
+    const std::string said = tidy(run.output(), root);
+    const auto end = said.find("Failed: ");
+    ASSERT_NE(end, std::string::npos) << said;
+    EXPECT_TRUE(
+        said.substr(end).starts_with("Failed: the controller was killed by signal 9, at: solver"))
+        << said;
+    EXPECT_NE(said.find("\nThe end of Process_Output/Vortik_Solver.out:\n  "), std::string::npos)
+        << said;
+    EXPECT_TRUE(
+        said.ends_with("\nStill running: Vortik_Solver (process N). `vortik stop DIR` ends it.\n"))
+        << said;
+
+    EXPECT_EQ(tidy(all_of({ "status", root }), root),
+        "DIR: failed: the controller is gone without a word; still running: Vortik_Solver (process "
+        "N)\nstatus 1\n");
+    EXPECT_EQ(tidy(all_of({ "run", root, "--force" }), root),
+        "vortik: of an earlier run in DIR there is still running: Vortik_Solver (process N); "
+        "`vortik stop` ends it\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "stop", root }), root),
+        "The controller is gone. Ending Vortik_Solver (process N).\nstatus 0\n");
+
+    VortikProcess again({ "run", root }, pace(10));
+    EXPECT_TRUE(again.writes("solver\n"));
+    EXPECT_EQ(all_of({ "stop", root }).substr(0, 9), "Stopping ");
+    EXPECT_EQ(again.ends(), 3) << again.output();
+}
+
+TEST_F(Death, OfAStepProgramIsTheFailureOfItsStepAndTheFrontEndsOwnStopsNothing)
+{
+    const std::string root = make_case("run", 100'000);
+    VortikProcess run({ "run", root }, pace(10));
+    EXPECT_TRUE(run.writes("solver\n"));
+    ASSERT_EQ(::kill(run.pid(), SIGKILL), 0);
+    EXPECT_EQ(run.ends(), 1000 + SIGKILL);
+
+    VortikProcess watch({ "watch", root });
+    EXPECT_TRUE(watch.writes("solver"));
+    ASSERT_EQ(::kill(step_program(root, "Vortik_Solver"), SIGKILL), 0);
+    EXPECT_EQ(watch.ends(), 1);
+    const std::string said = tidy(watch.output(), root);
+    EXPECT_NE(said.find("\nFailed: solver.\nThe end of Process_Output/Vortik_Solver.out:\n  "),
+        std::string::npos)
+        << said;
+    EXPECT_NE(
+        said.find("\nThe end of Process_Output/Vortik_Controller.err:\n  CONTROLLER ERROR: \n"),
+        std::string::npos)
+        << said;
+
+    // The link of the dead front end lingers under the same key; the new run is found all the same.
+    VortikProcess again({ "run", root }, pace(10));
+    EXPECT_TRUE(again.writes("solver\n"));
+    const std::string status = tidy(all_of({ "status", root }), root);
+    EXPECT_TRUE(status.starts_with("DIR: running, solver")) << status;
+    EXPECT_EQ(all_of({ "stop", root }).substr(0, 9), "Stopping ");
+    EXPECT_EQ(again.ends(), 3) << again.output();
+}
+
+TEST_F(Death, OfAProgramByAFaultIsToldWithTheEndOfItsLog)
+{
+    const std::string root = make_case("run", 20);
+    auto setting = pace(5);
+    setting.environment["VORTIK_STANDIN_FAULT"] = "Vortik_PreCalc:crash";
+    VortikProcess run({ "run", root }, setting);
+    EXPECT_EQ(run.ends(), 1);
+    const std::string said = tidy(run.output(), root);
+    EXPECT_NE(
+        said.find("\nFailed: pre-calculation.\nThe end of Process_Output/Vortik_PreCalc.out:\n  "),
+        std::string::npos)
+        << said;
+    EXPECT_EQ(tidy(all_of({ "watch", root }), root).substr(0, 24), "Failed: pre-calculation.");
+    EXPECT_EQ(tidy(all_of({ "status", root, "--json" }), root),
+        "{\"event\":\"status\",\"text\":\"DIR: failed: pre-calculation\",\"directory\":\"DIR\","
+        "\"state\":\"failed\",\"completion\":-5}\nstatus 1\n");
+}
+
+} // namespace

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "tests/frontend/run/VortikProcess.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace Testing {
+
+/// Cases of their own in links of their own, run by the front end with the stand-ins. Whatever of a
+/// run is left at the end of a test is killed.
+class RunTest : public ::testing::Test {
+protected:
+    RunTest();
+    ~RunTest() override;
+    void SetUp() override;
+
+    /// Makes a case of a cube, with `steps` steps and a restart file after every fifth, in a
+    /// directory of that name. Gives the directory.
+    std::string make_case(const std::string& name, unsigned steps);
+    /// The setting of a start whose step programs take that many milliseconds for each of their
+    /// parts, and a step of the solver as long.
+    static VortikProcess::Setting pace(unsigned milliseconds, unsigned columns = 0);
+
+    /// The value of a word in what is remembered of a run.
+    [[nodiscard]] static std::string remembered(const std::string& root, const std::string& word);
+    [[nodiscard]] static pid_t controller_of(const std::string& root);
+    /// The process of a step program of the run; waits until there is one.
+    [[nodiscard]] static pid_t step_program(const std::string& root, const std::string& name);
+
+    TemporaryDirectory m_directory;
+
+private:
+    std::string m_why;
+    std::vector<std::string> m_roots;
+};
+
+/// All of a command's output, which ends by itself. Its exit status stands in a last line.
+[[nodiscard]] std::string all_of(const Words& arguments);
+
+/// The text with "DIR" for the run's directory and "N" for numbers of processes, residuals and
+/// seconds, which differ each time.
+[[nodiscard]] std::string tidy(std::string text, const std::string& root);
+
+} // namespace Testing

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/frontend/run/RunTest.h"
+#include "tests/support/Waiting.h"
+
+#include <csignal>
+
+namespace {
+
+using Testing::all_of;
+using Testing::tidy;
+using Testing::VortikProcess;
+using Testing::wait_until;
+
+class WholeRun : public Testing::RunTest { };
+
+TEST_F(WholeRun, InAPipeEachChangeIsALineAndTheEndSaysWhereTheResultsAre)
+{
+    const std::string root = make_case("plain", 20);
+    // Ten parts of 30 ms for each program: no step is over between two looks of 100 ms.
+    VortikProcess run({ "run", root }, pace(30));
+    EXPECT_EQ(run.ends(), 0);
+    EXPECT_EQ(tidy(run.output(), root),
+        "Running cube in DIR (controller: process N)\n"
+        "grid: octree\n"
+        "grid: metrics\n"
+        "extractor\n"
+        "pre-calculation\n"
+        "solver\n"
+        "Finished.\n"
+        "Results in DIR: Restarts, Grid_Output, Process_Output\n");
+
+    // A new run takes away: three residual files, and two logs of each of three programs.
+    VortikProcess again({ "run", root, "--json" }, pace(0));
+    EXPECT_EQ(again.ends(), 0);
+    const std::string said = tidy(again.output(), root);
+    EXPECT_EQ(said.substr(0, said.find('\n')),
+        "{\"event\":\"cleaning\",\"text\":\"Cleaning the results of an earlier run in DIR: "
+        "Process_Output (9 files), Restarts (1 file)\","
+        "\"directories\":[\"Process_Output\",\"Restarts\"]}");
+    EXPECT_NE(
+        said.find("\n{\"event\":\"started\",\"text\":\"Running cube in DIR (controller: process "
+                  "N)\",\"case\":\"cube\",\"directory\":\"DIR\",\"controller\":"),
+        std::string::npos)
+        << said;
+    EXPECT_NE(said.find("\n{\"event\":\"progress\",\"step\":\"solver\",\"step_value\":7,"
+                        "\"total_steps\":20}\n"),
+        std::string::npos)
+        << said;
+    EXPECT_NE(said.find("\n{\"event\":\"end\",\"text\":\"Finished.\",\"outcome\":\"finished\","
+                        "\"completion\":8,\"exit_status\":0}\n"
+                        "{\"event\":\"results\",\"text\":\"Results in DIR: Restarts, Grid_Output, "
+                        "Process_Output\",\"directories\":[\"Restarts\",\"Grid_Output\","
+                        "\"Process_Output\"]}\n"),
+        std::string::npos)
+        << said;
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: finished\nstatus 0\n");
+    EXPECT_EQ(tidy(all_of({ "stop", root }), root),
+        "vortik: nothing to stop in DIR: finished\nstatus 2\n");
+    EXPECT_EQ(tidy(all_of({ "run", root, "--restart" }), root),
+        "vortik: DIR/Restarts/cube.Rst is of step 20, and the case has 20 steps: nothing is left "
+        "to do\nstatus 2\n");
+}
+
+TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
+{
+    const std::string root = make_case("terminal", 1000);
+    VortikProcess run({ "run", root }, pace(10, 120));
+    // The erased line before it, then a step that is done, then the live line of the next one.
+    EXPECT_TRUE(run.writes("\r\x1b[Kgrid: octree, 0 s"));
+    EXPECT_TRUE(run.writes("\r\x1b[Kextractor: done after 0 s\r\n"));
+    EXPECT_TRUE(run.writes(" of 1000, total residual "));
+    const auto wide = run.output().size();
+    run.resize(30);
+    // What is worth least has gone: 29 columns hold the step of the total, and not the residuals.
+    EXPECT_TRUE(run.writes("\r\x1b[Ksolver, step ", wide));
+    EXPECT_TRUE(run.writes("\r\x1b[Ksolver, step ", run.output().size()));
+    std::string narrow = run.output().substr(run.output().rfind("\x1b[K") + 3);
+    EXPECT_LE(narrow.size(), 29U) << narrow;
+    EXPECT_TRUE(narrow.starts_with("solver, step ")) << narrow;
+
+    run.press_ctrl_c();
+    EXPECT_TRUE(run.writes("\r\x1b[KStopping, as soon as the controller hears it. Ctrl-C again "
+                           "leaves the run to itself.\r\n"));
+    EXPECT_EQ(run.ends(), 3);
+    const std::string said = run.output();
+    EXPECT_NE(said.find("Stopped, at: solver, step "), std::string::npos) << said;
+    EXPECT_NE(said.find("`vortik run " + root + "/case.toml --restart` goes on from step "),
+        std::string::npos)
+        << said;
+    EXPECT_EQ(said.find("Still running"), std::string::npos) << said;
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
+
+    VortikProcess again({ "run", root + "/case.toml", "--restart" }, pace(0));
+    EXPECT_EQ(again.ends(), 0);
+    EXPECT_EQ(tidy(again.output(), root),
+        "Running cube in DIR, from DIR/Restarts/cube.Rst (controller: process N)\n"
+        "solver\n"
+        "Finished.\n"
+        "Results in DIR: Restarts, Grid_Output, Process_Output\n");
+}
+
+TEST_F(WholeRun, TheSecondCtrlCLeavesTheRunAndAnotherCanBeAttachedAndStopIt)
+{
+    const std::string root = make_case("left alone", 100'000);
+    VortikProcess run({ "run", root, "--detach" }, pace(10));
+    EXPECT_EQ(run.ends(), 0);
+    EXPECT_EQ(tidy(run.output(), root),
+        "Running cube in DIR (controller: process N)\n"
+        "The run goes on by itself. `vortik watch 'DIR'` shows it again, `vortik stop 'DIR'` stops "
+        "it.\n");
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: a run is under way in DIR (controller: process N); `vortik stop` stops it\n"
+        "status 2\n");
+
+    VortikProcess watch({ "watch", root }, pace(0, 80));
+    EXPECT_TRUE(watch.writes("solver, step "));
+    watch.press_ctrl_c();
+    EXPECT_EQ(watch.ends(), 0);
+    EXPECT_NE(tidy(watch.output(), root).find("The run goes on by itself. `vortik watch 'DIR'`"),
+        std::string::npos);
+
+    // One block of links serves all runs, so another one goes on beside the first.
+    const std::string second = make_case("second", 100'000);
+    VortikProcess other({ "run", second }, pace(10));
+    EXPECT_TRUE(other.writes("solver"));
+    const std::string status = tidy(tidy(all_of({ "status" }), root), second + "x");
+    EXPECT_NE(status.find("DIR: running, solver, step "), std::string::npos) << status;
+    EXPECT_NE(status.find(second + ": running, solver"), std::string::npos) << status;
+    const std::string links = all_of({ "links" });
+    EXPECT_NE(links.find("6 of 50 managers, this command's among them\n  slot       age\n     0 "),
+        std::string::npos)
+        << links;
+    EXPECT_NE(
+        links.find("4 of 100 links\n  link       age  attached  bytes  key\n"), std::string::npos)
+        << links;
+    // The controller alone is attached to the link of the first run.
+    EXPECT_NE(links.find(" s         1     56  " + root + "/\n"), std::string::npos) << links;
+    EXPECT_NE(links.find(" s         2     56  " + second + "/\n"), std::string::npos) << links;
+    EXPECT_NE(links.find(" s         2     48  (none)\n"), std::string::npos) << links;
+
+    // A controller that cannot hear: both keys come before it stops.
+    const pid_t controller = controller_of(second);
+    ASSERT_EQ(::kill(controller, SIGSTOP), 0);
+    ASSERT_EQ(::kill(other.pid(), SIGTERM), 0);
+    EXPECT_TRUE(other.writes("Stopping, as soon as the controller hears it."));
+    ASSERT_EQ(::kill(other.pid(), SIGTERM), 0);
+    EXPECT_EQ(other.ends(), 3);
+    EXPECT_NE(
+        tidy(other.output(), second)
+            .find("The run goes on by itself. `vortik watch DIR` shows it again, `vortik stop "
+                  "DIR` stops it.\n"),
+        std::string::npos);
+    ASSERT_EQ(::kill(controller, SIGCONT), 0);
+
+    VortikProcess stop({ "stop", root });
+    VortikProcess last({ "watch", second, "--json" });
+    EXPECT_EQ(stop.ends(), 0);
+    EXPECT_EQ(tidy(stop.output(), root).substr(0, 56),
+        "Stopping DIR, as soon as the controller hears it.\nsolver");
+    EXPECT_NE(stop.output().find("\nStopped, at: solver, step "), std::string::npos);
+    EXPECT_EQ(last.ends(), 3);
+    EXPECT_NE(last.output().find("\"outcome\":\"stopped\",\"completion\":-8,\"exit_status\":3}\n"),
+        std::string::npos)
+        << last.output();
+    EXPECT_EQ(all_of({ "status" }), "No run of yours is under way on this machine.\nstatus 0\n");
+}
+
+} // namespace
