@@ -21,12 +21,10 @@ std::string number_text(double number, std::chars_format format, int digits)
     return error == std::errc {} ? std::string(text.data(), end) : "";
 }
 
-bool solver_runs(const Progress& progress) { return progress.number >= 0; }
-
 // Until then the field holds nothing, or what an estimate from nothing gives.
 bool knows_time_left(const Progress& progress)
 {
-    return solver_runs(progress) && progress.number + progress.subStep > 0.0
+    return progress.has_solver() && progress.number + progress.subStep > 0.0
         && progress.secondsLeft > 0;
 }
 
@@ -46,7 +44,7 @@ std::size_t length(const std::vector<Piece>& pieces)
 std::vector<Piece> pieces_of(const Progress& progress, const std::string& elapsed)
 {
     std::vector<Piece> pieces { { step_name(progress.step), 9 } };
-    if (solver_runs(progress)) {
+    if (progress.has_solver()) {
         using std::chars_format;
         pieces.push_back(
             { "step " + std::to_string(progress.number) + " of " + std::to_string(progress.total),
@@ -74,6 +72,12 @@ bool Progress::shows_the_same(const Progress& other) const
     return step == other.step && number == other.number && total == other.total
         && totalResidual == other.totalResidual && maxResidual == other.maxResidual
         && subStep == other.subStep;
+}
+
+// A link that another front end has made may hold a 0 before the controller's first turn.
+bool Progress::has_solver() const
+{
+    return (step == VRK::StepSolver || step == VRK::StepAdaptiveSolver) && number >= 0;
 }
 
 std::optional<Progress> read_progress(
@@ -110,7 +114,7 @@ std::string progress_members(const Progress& progress)
     std::string text = json_member("step", step_name(progress.step)) + ","
         + json_member("step_value", progress.step) + ","
         + json_member("total_steps", progress.total);
-    if (solver_runs(progress)) {
+    if (progress.has_solver()) {
         text += "," + json_member("step_number", progress.number) + ","
             + json_member("total_mass_residual", progress.totalResidual) + ","
             + json_member("max_mass_residual", progress.maxResidual) + ","

@@ -19,6 +19,8 @@ struct Progress {
     int secondsLeft = 0; ///< means nothing before the solver has got somewhere
     long long touched = 0; ///< seconds since 1970 of the controller's last sign of life
 
+    /// Whether the figures of the solver mean anything.
+    [[nodiscard]] bool has_solver() const;
     /// Whether the same is to be shown; a new sign of life alone shows nothing.
     [[nodiscard]] bool shows_the_same(const Progress& other) const;
 };

@@ -94,7 +94,7 @@ std::string place_text(const Progress& last)
     if (last.step <= 0)
         return "";
     std::string text = ", at: " + step_name(last.step);
-    if (last.number >= 0)
+    if (last.has_solver())
         text += ", step " + std::to_string(last.number) + " of " + std::to_string(last.total);
     return text;
 }

@@ -141,6 +141,8 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
         return std::nullopt;
     }
     run.input.m_uintGUILinkID = started.link->GetLinkID();
+    (void)started.link->SetStepNumber(
+        -1); // no solver yet; the controller says so in its first turn
 
     const std::string caseFile = binary_case(run.root);
     std::ostringstream bytes;

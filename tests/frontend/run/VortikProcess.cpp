@@ -117,12 +117,18 @@ void VortikProcess::read_some()
     }
 }
 
-bool VortikProcess::writes(const std::string& text, std::size_t from)
+bool VortikProcess::comes_to(const std::function<bool(const std::string&)>& state)
 {
     return wait_until([&] {
         read_some();
-        return m_output.find(text, from) != std::string::npos;
+        return state(m_output);
     });
+}
+
+bool VortikProcess::writes(const std::string& text, std::size_t from)
+{
+    return comes_to(
+        [&](const std::string& output) { return output.find(text, from) != std::string::npos; });
 }
 
 void VortikProcess::press_ctrl_c()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -37,6 +38,8 @@ public:
     [[nodiscard]] const std::string& output() const { return m_output; }
     /// Whether the text comes within a minute, behind byte `from` of the output.
     [[nodiscard]] bool writes(const std::string& text, std::size_t from = 0);
+    /// Whether what it has written comes to be so within a minute.
+    [[nodiscard]] bool comes_to(const std::function<bool(const std::string& output)>& state);
     /// As a person at the terminal does it.
     void press_ctrl_c();
     void resize(unsigned columns);

@@ -3,6 +3,8 @@
 #include "tests/support/Waiting.h"
 
 #include <csignal>
+#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -13,30 +15,43 @@ using Testing::wait_until;
 
 class WholeRun : public Testing::RunTest { };
 
+/// The solver's figures come with the controller's turns, of which a short run may have one or
+/// none.
+std::string without_figures(const std::string& text)
+{
+    std::istringstream lines(text);
+    std::string rest;
+    for (std::string line; std::getline(lines, line);)
+        rest += line.starts_with("solver") ? "" : line + "\n";
+    return rest;
+}
+
 TEST_F(WholeRun, InAPipeEachChangeIsALineAndTheEndSaysWhereTheResultsAre)
 {
     const std::string root = make_case("plain", 20);
     // Ten parts of 30 ms for each program: no step is over between two looks of 100 ms.
     VortikProcess run({ "run", root }, pace(30));
     EXPECT_EQ(run.ends(), 0);
-    EXPECT_EQ(tidy(run.output(), root),
+    EXPECT_NE(run.output().find("\nsolver\n"), std::string::npos) << run.output();
+    EXPECT_EQ(without_figures(tidy(run.output(), root)),
         "Running cube in DIR (controller: process N)\n"
         "grid: octree\n"
         "grid: metrics\n"
         "extractor\n"
         "pre-calculation\n"
-        "solver\n"
         "Finished.\n"
-        "Results in DIR: Restarts, Grid_Output, Process_Output\n");
+        "Results in DIR: Field_Solutions, Body_Pressure, Restarts, Grid_Output, Process_Output\n");
 
-    // A new run takes away: three residual files, and two logs of each of three programs.
-    VortikProcess again({ "run", root, "--json" }, pace(0));
+    // A new run takes away the body grid, a solution, a restart file, three files of residuals and
+    // two logs of each of the three programs that write there.
+    VortikProcess again({ "run", root, "--json" }, pace(30));
     EXPECT_EQ(again.ends(), 0);
     const std::string said = tidy(again.output(), root);
     EXPECT_EQ(said.substr(0, said.find('\n')),
         "{\"event\":\"cleaning\",\"text\":\"Cleaning the results of an earlier run in DIR: "
-        "Process_Output (9 files), Restarts (1 file)\","
-        "\"directories\":[\"Process_Output\",\"Restarts\"]}");
+        "Body_Pressure (1 file), Field_Solutions (1 file), Process_Output (9 files), Restarts (1 "
+        "file)\",\"directories\":[\"Body_Pressure\",\"Field_Solutions\",\"Process_Output\","
+        "\"Restarts\"]}");
     EXPECT_NE(
         said.find("\n{\"event\":\"started\",\"text\":\"Running cube in DIR (controller: process "
                   "N)\",\"case\":\"cube\",\"directory\":\"DIR\",\"controller\":"),
@@ -48,8 +63,10 @@ TEST_F(WholeRun, InAPipeEachChangeIsALineAndTheEndSaysWhereTheResultsAre)
         << said;
     EXPECT_NE(said.find("\n{\"event\":\"end\",\"text\":\"Finished.\",\"outcome\":\"finished\","
                         "\"completion\":8,\"exit_status\":0}\n"
-                        "{\"event\":\"results\",\"text\":\"Results in DIR: Restarts, Grid_Output, "
-                        "Process_Output\",\"directories\":[\"Restarts\",\"Grid_Output\","
+                        "{\"event\":\"results\",\"text\":\"Results in DIR: Field_Solutions, "
+                        "Body_Pressure, Restarts, Grid_Output, "
+                        "Process_Output\",\"directories\":[\"Field_Solutions\",\"Body_Pressure\","
+                        "\"Restarts\",\"Grid_Output\","
                         "\"Process_Output\"]}\n"),
         std::string::npos)
         << said;
@@ -69,14 +86,12 @@ TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
     EXPECT_TRUE(run.writes("\r\x1b[Kgrid: octree, 0 s"));
     EXPECT_TRUE(run.writes("\r\x1b[Kextractor: done after 0 s\r\n"));
     EXPECT_TRUE(run.writes(" of 1000, total residual "));
-    const auto wide = run.output().size();
     run.resize(30);
-    // What is worth least has gone: 29 columns hold the step of the total, and not the residuals.
-    EXPECT_TRUE(run.writes("\r\x1b[Ksolver, step ", wide));
-    EXPECT_TRUE(run.writes("\r\x1b[Ksolver, step ", run.output().size()));
-    std::string narrow = run.output().substr(run.output().rfind("\x1b[K") + 3);
-    EXPECT_LE(narrow.size(), 29U) << narrow;
-    EXPECT_TRUE(narrow.starts_with("solver, step ")) << narrow;
+    // What is worth least has gone: 29 columns hold the step of the total and no more.
+    static const std::regex narrow("solver, step [0-9]+ of 1000");
+    EXPECT_TRUE(run.comes_to([](const std::string& output) {
+        return std::regex_match(output.substr(output.rfind("\x1b[K") + 3), narrow);
+    })) << run.output();
 
     run.press_ctrl_c();
     EXPECT_TRUE(run.writes("\r\x1b[KStopping, as soon as the controller hears it. Ctrl-C again "
@@ -92,11 +107,10 @@ TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
 
     VortikProcess again({ "run", root + "/case.toml", "--restart" }, pace(0));
     EXPECT_EQ(again.ends(), 0);
-    EXPECT_EQ(tidy(again.output(), root),
+    EXPECT_EQ(without_figures(tidy(again.output(), root)),
         "Running cube in DIR, from DIR/Restarts/cube.Rst (controller: process N)\n"
-        "solver\n"
         "Finished.\n"
-        "Results in DIR: Restarts, Grid_Output, Process_Output\n");
+        "Results in DIR: Field_Solutions, Body_Pressure, Restarts, Grid_Output, Process_Output\n");
 }
 
 TEST_F(WholeRun, TheSecondCtrlCLeavesTheRunAndAnotherCanBeAttachedAndStopIt)

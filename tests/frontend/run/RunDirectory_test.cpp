@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/run/EarlierRun.h"
+#include "frontend/run/Follow.h"
+#include "frontend/run/LogEnds.h"
+#include "frontend/run/RunInSight.h"
+#include "tavrobase/SystemUtilities.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace Frontend; // NOLINT(google-build-using-namespace): the subject of all tests here
+using Testing::TemporaryDirectory;
+using Testing::write_file;
+
+TEST(RunDirectory, IsFoundByItselfByAFileInItAndThroughLinks)
+{
+    const TemporaryDirectory home;
+    const std::string root = std::filesystem::canonical(home.path()).string();
+    write_file(root + "/case.toml", "");
+    Testing::make_link(root, home.path("link"));
+    EXPECT_EQ(run_root(root + "/"), root);
+    EXPECT_EQ(run_root(root + "/case.toml"), root);
+    EXPECT_EQ(run_root(home.path("link")), root);
+    EXPECT_EQ(run_root(root + "/none"), std::nullopt);
+    EXPECT_EQ(run_root("/"), std::nullopt);
+    EXPECT_EQ(link_key(root).Get(), root + "/");
+}
+
+TEST(RunDirectory, RemembersARunInASmallTextFile)
+{
+    const TemporaryDirectory home;
+    const RunRecord record { "/a b/case.toml", "cube", "/a b/.vortik-completion", "host", 12,
+        "12@34", 5 };
+    ASSERT_TRUE(remember_run(home.path(), record));
+    EXPECT_EQ(Testing::read_file(home.path(".vortik-run")),
+        "vortik run 1\ncase /a b/case.toml\nname cube\ncompletion /a b/.vortik-completion\n"
+        "host host\ncontroller 12\nmark 12@34\nlink 5\n");
+    const auto again = recall_run(home.path());
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->caseFile, record.caseFile);
+    EXPECT_EQ(again->caseName, record.caseName);
+    EXPECT_EQ(again->completionFile, record.completionFile);
+    EXPECT_EQ(again->host, record.host);
+    EXPECT_EQ(again->controller, 12);
+    EXPECT_EQ(again->mark, record.mark);
+    EXPECT_EQ(again->link, 5U);
+}
+
+TEST(RunDirectory, KnowsNoRunFromAMissingOrDamagedFile)
+{
+    const TemporaryDirectory home;
+    EXPECT_FALSE(recall_run(home.path()));
+    for (const char* text : { "", "vortik run 2\n", "vortik run 1\n",
+             "vortik run 1\ncompletion /c\ncontroller x\nlink 5\n",
+             "vortik run 1\ncompletion /c\ncontroller 12\nlink -5\n" }) {
+        write_file(home.path(".vortik-run"), text);
+        EXPECT_FALSE(recall_run(home.path())) << text;
+    }
+}
+
+TEST(RunDirectory, CompletionWordIsALineWithANumberAlone)
+{
+    const TemporaryDirectory home;
+    const auto word = [&](const std::string& text) {
+        write_file(home.path("completion"), text);
+        return completion_word(home.path("completion"));
+    };
+    EXPECT_EQ(word("-9\n"), -9);
+    EXPECT_EQ(word("8\n"), 8);
+    EXPECT_EQ(word("8"), std::nullopt); // in the middle of being written
+    EXPECT_EQ(word(""), std::nullopt);
+    EXPECT_EQ(word("8 \n"), std::nullopt);
+    EXPECT_EQ(word("a letter to my mother\n"), std::nullopt);
+    EXPECT_EQ(completion_word(home.path("none")), std::nullopt);
+    EXPECT_EQ(completion_word(home.path()), std::nullopt);
+}
+
+TEST(RunDirectory, AControllerLivesIfItIsThatOneProcessOfThisMachine)
+{
+    const long long self = ::getpid();
+    RunRecord record { "", "", "/c", Tavro::GetHostname(), self, Tavro::process_mark(self), 0 };
+    EXPECT_TRUE(controller_lives(record));
+    record.mark += "1";
+    EXPECT_FALSE(controller_lives(record));
+    // The number has another owner, so what runs in its group is not the run's.
+    EXPECT_TRUE(step_programs(record).empty());
+    record.mark = Tavro::process_mark(self);
+    record.host += "x";
+    EXPECT_FALSE(controller_lives(record));
+}
+
+TEST(Ending, IsToldByTheLastWord)
+{
+    const TemporaryDirectory home;
+    RunRecord record;
+    record.completionFile = home.path("completion");
+    const Progress seen { VRK::StepSolver, 3, 20, 0.0, 0.0, 0.0, 0, 0 };
+    using Tavro::ChildEnd;
+    const auto text
+        = [&](const std::string& word, const ChildEnd& how = {}, const Progress& last = {}) {
+              write_file(record.completionFile, word);
+              const Ending ending = ending_of(record, how, last);
+              return std::string(outcome_name(ending.outcome)) + " "
+                  + std::to_string(exit_status_of(ending.outcome)) + ": " + ending_text(ending);
+          };
+    EXPECT_EQ(text("8\n"), "finished 0: finished");
+    EXPECT_EQ(text("-8\n"), "stopped 3: stopped");
+    EXPECT_EQ(text("-8\n", {}, seen), "stopped 3: stopped, at: solver, step 3 of 20");
+    EXPECT_EQ(text("-6\n", {}, seen), "failed 1: failed: rotor program");
+    EXPECT_EQ(text("-2\n"), "failed 1: failed: start of the update thread");
+    EXPECT_EQ(text("-9\n"), "died 1: failed: the controller is gone without a word");
+    EXPECT_EQ(text("-9\n", { ChildEnd::Kind::Signalled, 9 }, seen),
+        "died 1: failed: the controller was killed by signal 9, at: solver, step 3 of 20");
+    EXPECT_EQ(text("", { ChildEnd::Kind::Exited, 255 }),
+        "died 1: failed: the controller ended with status 255, before it had read the case");
+}
+
+TEST(SignOfLife, IsMissedAfterFifteenSecondsOnceAndWelcomedBack)
+{
+    using News = SignOfLife::News;
+    SignOfLife sign(1000);
+    EXPECT_EQ(sign.look(1014, 0), News::None); // nothing yet, since the front end began to look
+    EXPECT_EQ(sign.look(1015, 0), News::Silent);
+    EXPECT_EQ(sign.look(1016, 0), News::None);
+    EXPECT_EQ(sign.look(1017, 1017), News::Back);
+    EXPECT_EQ(sign.look(1031, 1017), News::None);
+    EXPECT_EQ(sign.look(1031, 5000), News::None); // of another clock
+    EXPECT_EQ(sign.look(1032, 1017), News::Silent);
+}
+
+TEST(LogEnds, AreTheLastTenLinesOfLogsThatSayAnything)
+{
+    const TemporaryDirectory home;
+    write_file(home.path("empty.err"), "");
+    write_file(home.path("short.out"), "one\r\ntw\x1b[2Jo\n\tthree");
+    std::string lines;
+    for (int line = 1; line <= 1000; ++line)
+        lines += "line " + std::to_string(line) + "\n";
+    write_file(home.path("long.out"), lines);
+    write_file(home.path("wide.out"), std::string(5000, 'x') + "\nend\n");
+    const auto ends
+        = log_ends(home.path(), { "none.err", "empty.err", "short.out", "long.out", "wide.out" });
+    ASSERT_EQ(ends.size(), 3U);
+    EXPECT_EQ(ends[0].file, "short.out");
+    EXPECT_EQ(ends[0].lines, (std::vector<std::string> { "one", "tw?[2Jo", " three" }));
+    ASSERT_EQ(ends[1].lines.size(), 10U);
+    EXPECT_EQ(ends[1].lines.front(), "line 991");
+    EXPECT_EQ(ends[1].lines.back(), "line 1000");
+    EXPECT_EQ(ends[2].lines, std::vector<std::string> { "end" });
+}
+
+TEST(EarlierRun, CountsWhatANewRunTakesAway)
+{
+    const TemporaryDirectory home;
+    for (const char* name : { "Body_Pressure", "Field_Solutions",
+             "Field_Solutions/Solution_History", "Grid_Output", "Grid_Output/Grid_History",
+             "Process_Output", "Restarts", "Restarts/Restart_History", "Rotor_Performance",
+             "Rotor_Performance/Performance", "Rotor_Performance/Rotor_Solutions" })
+        Testing::make_directory(home.path(name));
+    EXPECT_TRUE(results_to_be_cleaned(home.path()).empty());
+    for (const char* name : { "Body_Pressure/a.Prs", "Body_Pressure/a.Grd",
+             "Body_Pressure/FrcMnt.out", "Body_Pressure/notes.txt", "Field_Solutions/a.Sln",
+             "Field_Solutions/Solution_History/a_00001.Sln", "Grid_Output/VRK.grid.dat",
+             "Grid_Output/Grid_History/a_00000.Grd", "Process_Output/Vortik_Controller.out",
+             "Process_Output/Vortik_Solver.out", "Restarts/a.Rst", "Restarts/.hidden",
+             "Restarts/Restart_History/a_00005.Rst", "Rotor_Performance/Performance/TrimLog2.out",
+             "Rotor_Performance/Performance/RtrPrfAzm.out",
+             "Rotor_Performance/Performance/other.out", "Rotor_Performance/Rotor_Solutions/a.Prf" })
+        write_file(home.path(name), "");
+    EXPECT_EQ(results_text(results_to_be_cleaned(home.path())),
+        "Body_Pressure (3 files), Field_Solutions (1 file), Field_Solutions/Solution_History (1 "
+        "file), Grid_Output/Grid_History (1 file), Process_Output (1 file), Restarts (1 file), "
+        "Restarts/Restart_History (1 file), Rotor_Performance/Performance (2 files), "
+        "Rotor_Performance/Rotor_Solutions (1 file)");
+}
+
+std::string restart_file(char step) { return std::string(28, '\0') + step + std::string(3, '\0'); }
+
+TEST(EarlierRun, LatestRestartIsTheYoungestThatFitsTheGrid)
+{
+    const TemporaryDirectory home;
+    Testing::make_directory(home.path("Restarts"));
+    const auto write = [&](const std::string& name, const std::string& bytes, int age) {
+        const std::string file = home.path("Restarts/" + name);
+        write_file(file, bytes);
+        std::filesystem::last_write_time(
+            file, std::filesystem::file_time_type::clock::now() - std::chrono::hours(age));
+    };
+    EXPECT_FALSE(latest_restart(home.path(), "a"));
+    write("a.Rst", restart_file(7).substr(0, 31), 1); // cut: no whole step number
+    EXPECT_FALSE(latest_restart(home.path(), "a"));
+    write("a.old.Rst", restart_file(9), 0);
+    write("b.Rst", restart_file(9), 0);
+    write("a.Rst", restart_file(5), 2);
+    EXPECT_EQ(latest_restart(home.path(), "a")->step, 5U);
+    write("a.new.Rst", restart_file(4), 1);
+    EXPECT_EQ(latest_restart(home.path(), "a")->step, 4U);
+    EXPECT_EQ(latest_restart(home.path(), "a")->file, home.path("Restarts/a.new.Rst"));
+    write("a.Rst", restart_file(6), 0);
+    EXPECT_EQ(latest_restart(home.path(), "a")->step, 6U);
+}
+
+TEST(EarlierRun, MissesTheProgramsThatTheKindOfRunNeeds)
+{
+    const TemporaryDirectory home;
+    const std::string here = home.path() + "/";
+    using Names = std::vector<std::string>;
+    VRK::ControllerInput input;
+    EXPECT_EQ(missing_programs(here, input),
+        (Names { "TreeGen", "Vortik_Extractor", "Vortik_PreCalc", "Vortik_Solver" }));
+    input.m_vecRotors.resize(1);
+    input.m_adapt.m_bAdaptive = true;
+    input.m_shtParallelMode = 1;
+    EXPECT_EQ(missing_programs(here, input),
+        (Names { "TreeGen", "Vortik_Extractor-omp", "Vortik_RotorProg-omp", "Vortik_PreCalc-omp",
+            "Vortik_Adapter-omp", "Vortik_Solver-omp" }));
+    input.m_bGridOnly = true;
+    EXPECT_EQ(missing_programs(here, input), Names { "TreeGen" });
+    input.m_adapt.m_bAdaptive = false;
+    input.m_bRestart = true;
+    EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
+    write_file(here + "Vortik_Solver-omp", "");
+    EXPECT_EQ(missing_programs(here, input), Names {});
+}
+
+} // namespace
