@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "tavrobase/platform/Claim.h"
 #include "tavrobase/platform/ProcessWatch.h"
 #include "tavrobase/platform/Terminal.h"
 
@@ -10,6 +11,7 @@ namespace Tavro {
 
 using Platform::child_end;
 using Platform::ChildEnd;
+using Platform::Claim;
 using Platform::Command;
 using Platform::end_process;
 using Platform::error_text;

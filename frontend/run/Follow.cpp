@@ -136,6 +136,7 @@ private:
                     + "). Its end will be seen, its progress will not.");
             return;
         }
+        m_published = progress->step;
         if (is_running_step(*progress)) {
             m_last = *progress;
             m_display.show(*progress);
@@ -194,7 +195,7 @@ private:
 
     int conclude(const Tavro::ChildEnd& how)
     {
-        const Ending ending = ending_of(m_run.record, how, m_last);
+        const Ending ending = ending_of(m_run.record, how, m_last, m_published);
         m_display.end(ending.outcome == Outcome::Finished);
         if (ending.outcome == Outcome::Stopped)
             wait_for_step_programs();
@@ -217,6 +218,7 @@ private:
     OnInterrupt m_onInterrupt;
     SignOfLife m_signOfLife;
     Progress m_last;
+    int m_published = 0;
     unsigned m_interrupts = 0;
 };
 

@@ -90,6 +90,10 @@ int run_command(const RunOptions& options)
         = prepare_run(case_file(options.path), std::move(*input), options.restart, reason);
     if (!prepared)
         return complain(reason, kBadInput);
+    // Two that are started at once must not both find the directory free.
+    std::optional<Tavro::Claim> claim(std::in_place, prepared->root);
+    if (!claim->granted())
+        return complain("another run is just beginning in " + prepared->root, kBadInput);
     if (reason = obstacle(*prepared, options.force); !reason.empty())
         return complain(reason, kBadInput);
     if (reason = lack_of_programs(*prepared); !reason.empty())
@@ -109,6 +113,7 @@ int run_command(const RunOptions& options)
         complain(reason, kFailed);
     if (!run)
         return kFailed;
+    claim.reset(); // what is remembered of the run keeps others away from now on
     tell_start(*run, *prepared, display);
     if (options.detach)
         return detach_from(*run, display, signals);

@@ -51,13 +51,13 @@ std::optional<std::string> run_root(const std::string& path)
 {
     namespace fs = std::filesystem;
     std::error_code error;
-    fs::path found = fs::canonical(path, error);
-    if (error)
+    // A file that is a link to another one stands where it is, as the files do that it names.
+    const fs::path directory
+        = fs::is_directory(path, error) ? fs::path(path) : fs::absolute(path, error).parent_path();
+    if (!fs::exists(path, error))
         return std::nullopt;
-    if (!fs::is_directory(found, error))
-        found = found.parent_path();
-    const std::string root = found.string();
-    return root == "/" ? std::nullopt : std::optional(root);
+    const std::string root = fs::canonical(directory, error).string();
+    return error || root == "/" ? std::nullopt : std::optional(root);
 }
 
 Tavro::FilePath link_key(const std::string& root) { return Tavro::AsWritten(root + "/"); }

@@ -45,9 +45,13 @@ std::unique_ptr<VRK::GUIConLink> attach_to_run(
     return result == LinkManager::Success ? std::move(link) : nullptr;
 }
 
-Ending ending_of(const RunRecord& record, const Tavro::ChildEnd& how, const Progress& last)
+Ending ending_of(
+    const RunRecord& record, const Tavro::ChildEnd& how, const Progress& last, int published)
 {
     Ending ending { Outcome::Died, completion_word(record.completionFile).value_or(0), how, last };
+    const bool isLast = published < 0 || published == VRK::StepComplete;
+    if (isLast && (ending.word == 0 || ending.word == VRK::StepNotFinished))
+        ending.word = published;
     if (ending.word == VRK::StepComplete)
         ending.outcome = Outcome::Finished;
     else if (ending.word == VRK::StepStopped)

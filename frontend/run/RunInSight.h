@@ -53,9 +53,10 @@ struct Ending {
     Progress last; ///< seen before
 };
 
-/// By the completion file, which is the controller's last word.
+/// By the completion file, which is the controller's last word, or where it could not be written by
+/// the step published last.
 [[nodiscard]] Ending ending_of(
-    const RunRecord& record, const Tavro::ChildEnd& how, const Progress& last);
+    const RunRecord& record, const Tavro::ChildEnd& how, const Progress& last, int published = 0);
 
 /// "finished", "stopped", "failed", "died": for machines.
 [[nodiscard]] const char* outcome_name(Outcome outcome);

@@ -81,6 +81,11 @@ std::optional<PreparedRun> prepare_run(
             + std::to_string(VRK::kLongestCompletionPath) + " bytes: " + run.completionFile;
         return std::nullopt;
     }
+    std::error_code error;
+    if (!fs::is_directory(fs::path(run.completionFile).parent_path(), error)) {
+        reason = "there is no directory for the completion file " + run.completionFile;
+        return std::nullopt;
+    }
     if (link_key(*root).Get().size() >= LinkManager::GetMaxKeyLength()) {
         reason = "the path of the run is longer than "
             + std::to_string(LinkManager::GetMaxKeyLength() - 2) + " bytes: " + *root;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "tavrobase/platform/Claim.h"
 #include "tests/frontend/run/RunTest.h"
 #include "tests/support/Programs.h"
 
@@ -55,6 +56,15 @@ TEST_F(BadRun, DoesNotReplaceAStrangersFilesUnasked)
         "status 2\n");
     EXPECT_EQ(tidy(all_of({ "status", root }), root),
         "DIR: begun on another.machine; from here it cannot be seen whether it runs\nstatus 0\n");
+}
+
+TEST_F(BadRun, BesideAnotherThatIsJustBeginningIsRefused)
+{
+    const std::string root = make_case("claimed", 20);
+    const Tavro::Platform::Claim claim(root);
+    EXPECT_TRUE(claim.granted());
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: another run is just beginning in DIR\nstatus 2\n");
 }
 
 TEST_F(BadRun, WithoutStepProgramsBesideTheFrontEndIsRefused)

@@ -27,6 +27,9 @@ TEST(RunDirectory, IsFoundByItselfByAFileInItAndThroughLinks)
     EXPECT_EQ(run_root(root + "/"), root);
     EXPECT_EQ(run_root(root + "/case.toml"), root);
     EXPECT_EQ(run_root(home.path("link")), root);
+    Testing::make_directory(root + "/inner");
+    Testing::make_link(root + "/case.toml", root + "/inner/case.toml");
+    EXPECT_EQ(run_root(root + "/inner/case.toml"), root + "/inner");
     EXPECT_EQ(run_root(root + "/none"), std::nullopt);
     EXPECT_EQ(run_root("/"), std::nullopt);
     EXPECT_EQ(link_key(root).Get(), root + "/");
@@ -117,6 +120,9 @@ TEST(Ending, IsToldByTheLastWord)
     EXPECT_EQ(text("-9\n"), "died 1: failed: the controller is gone without a word");
     EXPECT_EQ(text("-9\n", { ChildEnd::Kind::Signalled, 9 }, seen),
         "died 1: failed: the controller was killed by signal 9, at: solver, step 3 of 20");
+    // The completion file could not be written; the link says it too.
+    const Ending ending = ending_of({}, { ChildEnd::Kind::Exited, 0 }, seen, VRK::StepComplete);
+    EXPECT_EQ(ending_text(ending), "finished");
     EXPECT_EQ(text("", { ChildEnd::Kind::Exited, 255 }),
         "died 1: failed: the controller ended with status 255, before it had read the case");
 }
