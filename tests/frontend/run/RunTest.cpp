@@ -57,7 +57,7 @@ type = "pressure"
 pressure = 101325.0
 
 [output.restart]
-period = 5
+period = 50
 
 [[time.layer]]
 duration = 2.0

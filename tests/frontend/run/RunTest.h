@@ -18,7 +18,7 @@ protected:
     ~RunTest() override;
     void SetUp() override;
 
-    /// Makes a case of a cube, with `steps` steps and a restart file after every fifth, in a
+    /// Makes a case of a cube, with `steps` steps and a restart file after every fiftieth, in a
     /// directory of that name. Gives the directory.
     std::string make_case(const std::string& name, unsigned steps);
     /// The setting of a start whose step programs take that many milliseconds for each of their
