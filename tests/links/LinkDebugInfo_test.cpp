@@ -32,6 +32,21 @@ TEST_F(LinkDebugInfo, LinksAreAllHundredInTheirOrderWithTheFreeOnes)
     EXPECT_EQ(one("link_info"), "1 100 0:0:16:first 1:255:56:/model/rotor.case 2:1:4096:last");
 }
 
+TEST_F(LinkDebugInfo, AgesAreThoseOfTheHeartbeatsInTheirOrder)
+{
+    Peer one;
+    EXPECT_EQ(one("ages 0 0"), "8 0 0");
+    EXPECT_EQ(one("startup"), "1");
+    EXPECT_EQ(one("create 16 a first"), "1 0");
+    EXPECT_EQ(one("ages 0 0"), "1 50 100 0 0");
+    // Whole minutes, and half a one for the time that the test takes. The link is one's own, so
+    // nobody clears it.
+    RawBlock().set_heartbeat(0, seconds_now() - 5 * 60 - 30);
+    EXPECT_EQ(one("ages 0 0"), "1 50 100 0 5");
+    RawBlock().set_slot(0, seconds_now() - 3 * 60 - 30);
+    EXPECT_TRUE(one("ages 0 1").starts_with("1 50 100 3 "));
+}
+
 TEST_F(LinkDebugInfo, CountOfManagersNeedsNoLock)
 {
     Peer one;

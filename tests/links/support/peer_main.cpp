@@ -162,6 +162,22 @@ std::string link_info(Request&)
     return links;
 }
 
+/// Of one manager and one link, in whole minutes.
+std::string ages(Request& request)
+{
+    const auto slot = std::stoul(request.word());
+    const auto id = std::stoul(request.word());
+    std::vector<double> managers;
+    std::vector<double> links;
+    const auto result = LinkManager::GetHeartbeatAges(managers, links);
+    std::string answer
+        = text(result) + " " + std::to_string(managers.size()) + " " + std::to_string(links.size());
+    if (slot < managers.size() && id < links.size())
+        answer += " " + std::to_string(static_cast<long long>(managers[slot] / 60)) + " "
+            + std::to_string(static_cast<long long>(links[id] / 60));
+    return answer;
+}
+
 std::string slot(Request&) { return std::to_string(Inspector::slot()); }
 
 std::string access(Request& request)
@@ -187,6 +203,7 @@ const std::map<std::string, std::function<std::string(Request&)>> kRequests {
     { "managers", managers },
     { "manager_info", manager_info },
     { "link_info", link_info },
+    { "ages", ages },
     { "slot", slot },
     { "access", access },
 };
