@@ -91,8 +91,10 @@ std::string json_member(const std::string& name, long long value)
 std::string json_member(const std::string& name, double value)
 {
     std::array<char, 40> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-    return json_text(name) + ":" + (std::isfinite(value) ? std::string(text.data(), end) : "null");
+    const std::to_chars_result written
+        = std::to_chars(text.data(), text.data() + text.size(), value);
+    return json_text(name) + ":"
+        + (std::isfinite(value) ? std::string(text.data(), written.ptr) : "null");
 }
 
 std::string json_member(const std::string& name, const std::vector<std::string>& values)

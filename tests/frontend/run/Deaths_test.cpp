@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/frontend/run/RunTest.h"
+#include "tests/support/Waiting.h"
 
 #include <csignal>
 
@@ -9,14 +10,24 @@ using Testing::all_of;
 using Testing::tidy;
 using Testing::VortikProcess;
 
-class Death : public Testing::RunTest { };
+class Death : public Testing::RunTest {
+protected:
+    /// Until it works and has said so in its log.
+    static void wait_for_solver(const std::string& root)
+    {
+        const std::string log = root + "/Process_Output/Vortik_Solver.out";
+        EXPECT_GT(step_program(root, "Vortik_Solver"), 0);
+        EXPECT_TRUE(Testing::wait_until(
+            [&] { return Testing::file_exists(log) && !Testing::read_file(log).empty(); }));
+    }
+};
 
 TEST_F(Death, OfTheControllerIsToldAndItsProgramIsEndedByStopAndANewRunWorks)
 {
     const std::string root = make_case("run", 100'000);
     VortikProcess run({ "run", root }, pace(10));
-    EXPECT_TRUE(run.writes("solver\n"));
-    (void)step_program(root, "Vortik_Solver"); // it is there
+    EXPECT_TRUE(run.writes("\nsolver"));
+    wait_for_solver(root);
     ASSERT_EQ(::kill(controller_of(root), SIGKILL), 0);
     EXPECT_EQ(run.ends(), 1);
     const std::string said = tidy(run.output(), root);
@@ -41,7 +52,7 @@ TEST_F(Death, OfTheControllerIsToldAndItsProgramIsEndedByStopAndANewRunWorks)
         "The controller is gone. Ending Vortik_Solver (process N).\nstatus 0\n");
 
     VortikProcess again({ "run", root }, pace(10));
-    EXPECT_TRUE(again.writes("solver\n"));
+    EXPECT_TRUE(again.writes("\nsolver"));
     EXPECT_EQ(all_of({ "stop", root }).substr(0, 9), "Stopping ");
     EXPECT_EQ(again.ends(), 3) << again.output();
 }
@@ -50,12 +61,13 @@ TEST_F(Death, OfAStepProgramIsTheFailureOfItsStepAndTheFrontEndsOwnStopsNothing)
 {
     const std::string root = make_case("run", 100'000);
     VortikProcess run({ "run", root }, pace(10));
-    EXPECT_TRUE(run.writes("solver\n"));
+    EXPECT_TRUE(run.writes("\nsolver"));
     ASSERT_EQ(::kill(run.pid(), SIGKILL), 0);
     EXPECT_EQ(run.ends(), 1000 + SIGKILL);
 
     VortikProcess watch({ "watch", root });
     EXPECT_TRUE(watch.writes("solver"));
+    wait_for_solver(root);
     ASSERT_EQ(::kill(step_program(root, "Vortik_Solver"), SIGKILL), 0);
     EXPECT_EQ(watch.ends(), 1);
     const std::string said = tidy(watch.output(), root);
@@ -69,7 +81,7 @@ TEST_F(Death, OfAStepProgramIsTheFailureOfItsStepAndTheFrontEndsOwnStopsNothing)
 
     // The link of the dead front end lingers under the same key; the new run is found all the same.
     VortikProcess again({ "run", root }, pace(10));
-    EXPECT_TRUE(again.writes("solver\n"));
+    EXPECT_TRUE(again.writes("\nsolver"));
     const std::string status = tidy(all_of({ "status", root }), root);
     EXPECT_TRUE(status.starts_with("DIR: running, solver")) << status;
     EXPECT_EQ(all_of({ "stop", root }).substr(0, 9), "Stopping ");
