@@ -29,6 +29,7 @@ void tell_cleaning(const PreparedRun& run, Display& display)
     if (results.empty())
         return;
     std::vector<std::string> directories;
+    directories.reserve(results.size());
     for (const Results& one : results)
         directories.push_back(one.directory);
     display.tell("cleaning",

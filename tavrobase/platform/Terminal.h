@@ -31,6 +31,11 @@ public:
     [[nodiscard]] unsigned interrupts() const;
     /// Whether the terminal has gone away.
     [[nodiscard]] bool hung_up() const;
+
+private:
+    int m_bell = -1; ///< rung by each signal
+    unsigned m_interruptsBefore;
+    unsigned m_hangUpsBefore;
 };
 
 } // namespace Tavro::Platform

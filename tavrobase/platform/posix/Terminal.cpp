@@ -21,11 +21,10 @@ constexpr std::array kSignals { SIGINT, SIGTERM, SIGHUP, SIGWINCH };
 
 // A handler can reach nothing but these. Lock-free atomics are safe in it.
 std::atomic<unsigned> g_interrupts = 0;
-std::atomic<bool> g_hungUp = false;
+std::atomic<unsigned> g_hangUps = 0;
 std::atomic<int> g_bell = -1; // write end of a pipe that wakes the sleeper
 static_assert(std::atomic<unsigned>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
-std::array<int, 2> g_pipe { -1, -1 };
 std::array<struct sigaction, kSignals.size()> g_before;
 
 void note_signal(int signal)
@@ -34,7 +33,7 @@ void note_signal(int signal)
     if (signal == SIGINT || signal == SIGTERM)
         ++g_interrupts;
     else if (signal == SIGHUP)
-        g_hungUp = true;
+        ++g_hangUps;
     const char byte = 0;
     const int bell = g_bell;
     if (bell >= 0 && ::write(bell, &byte, 1) < 0) { } // full: the sleeper wakes anyway
@@ -58,11 +57,14 @@ std::optional<unsigned> terminal_columns()
 }
 
 UserSignals::UserSignals()
+    : m_interruptsBefore(g_interrupts)
+    , m_hangUpsBefore(g_hangUps)
 {
-    g_interrupts = 0;
-    g_hungUp = false;
-    if (::pipe2(g_pipe.data(), O_CLOEXEC | O_NONBLOCK) == 0)
-        g_bell = g_pipe[1]; // without one, a signal still interrupts the sleep
+    std::array<int, 2> pipe { -1, -1 };
+    if (::pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) == 0) {
+        m_bell = pipe[0]; // without one, a signal still interrupts the sleep
+        g_bell = pipe[1];
+    }
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         (void)::sigaction(kSignals[i], nullptr, &g_before[i]); // no signal of these is refused
         if (g_before[i].sa_handler == SIG_IGN) // under nohup, or behind a script's "&"
@@ -79,25 +81,23 @@ UserSignals::~UserSignals()
 {
     for (std::size_t i = 0; i < kSignals.size(); ++i)
         (void)::sigaction(kSignals[i], &g_before[i], nullptr);
-    g_bell = -1;
-    for (int& end : g_pipe) {
+    for (const int end : { g_bell.exchange(-1), m_bell }) {
         if (end >= 0)
             (void)::close(end); // nothing of worth was written
-        end = -1;
     }
 }
 
 void UserSignals::wait(unsigned milliseconds)
 {
-    pollfd bell { g_pipe[0], POLLIN, 0 };
+    pollfd bell { m_bell, POLLIN, 0 };
     if (::poll(&bell, 1, static_cast<int>(milliseconds)) <= 0)
         return;
     std::array<char, 64> bytes;
-    while (::read(g_pipe[0], bytes.data(), bytes.size()) > 0) { }
+    while (::read(m_bell, bytes.data(), bytes.size()) > 0) { }
 }
 
-unsigned UserSignals::interrupts() const { return g_interrupts; }
+unsigned UserSignals::interrupts() const { return g_interrupts - m_interruptsBefore; }
 
-bool UserSignals::hung_up() const { return g_hungUp; }
+bool UserSignals::hung_up() const { return g_hangUps != m_hangUpsBefore; }
 
 } // namespace Tavro::Platform

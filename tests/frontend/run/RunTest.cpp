@@ -89,7 +89,7 @@ void RunTest::SetUp()
 
 std::string RunTest::make_case(const std::string& name, unsigned steps)
 {
-    const std::string root = std::filesystem::canonical(m_directory.path()).string() + "/" + name;
+    std::string root = std::filesystem::canonical(m_directory.path()).string() + "/" + name;
     make_directory(root);
     write_file(root + "/cube.obj", kCube);
     write_file(root + "/case.toml", kCase + std::to_string(steps) + "\n");
