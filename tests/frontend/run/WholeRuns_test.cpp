@@ -115,7 +115,7 @@ TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
     EXPECT_EQ(said.find("Still running"), std::string::npos) << said;
     EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
 
-    VortikProcess again({ "run", root + "/case.toml", "--restart" }, pace(2));
+    VortikProcess again({ "run", root + "/case.toml", "--restart" }, pace(4));
     EXPECT_EQ(again.ends(), 0);
     const std::string more = tidy(again.output(), root);
     EXPECT_TRUE(more.starts_with(
