@@ -103,6 +103,7 @@ TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
         return std::regex_match(output.substr(output.rfind("\x1b[K") + 3), narrow);
     })) << run.output();
 
+    EXPECT_TRUE(wait_until([&] { return Testing::file_exists(root + "/Restarts/cube.Rst"); }));
     run.press_ctrl_c();
     EXPECT_TRUE(run.writes("\r\x1b[KStopping, as soon as the controller hears it. Ctrl-C again "
                            "leaves the run to itself.\r\n"));
