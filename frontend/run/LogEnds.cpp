@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 
 namespace Frontend {
@@ -36,9 +35,13 @@ std::string last_bytes(const std::string& path)
         return "";
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     const std::streamoff size = file.tellg();
+    if (size <= 0)
+        return "";
     const std::streamoff begin = std::max<std::streamoff>(0, size - kBytes);
     file.seekg(begin);
-    std::string text { std::istreambuf_iterator<char>(file), {} };
+    std::string text(kBytes, '\0');
+    file.read(text.data(), kBytes);
+    text.resize(static_cast<std::size_t>(file.gcount()));
     // The first line may have been cut.
     if (begin > 0)
         text.erase(0, std::min(text.find('\n'), text.size() - 1) + 1);

@@ -10,7 +10,6 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include <sys/types.h>
@@ -38,7 +37,9 @@ std::optional<long long> number_in(const std::string& text)
 std::optional<ProcessFacts> facts_of(long long pid)
 {
     std::ifstream file("/proc/" + std::to_string(pid) + "/stat", std::ios::binary);
-    const std::string text { std::istreambuf_iterator<char>(file), {} };
+    // Through the stream and not its buffer, which throws when the process ends in this moment.
+    std::string text;
+    std::getline(file, text, '\0');
     // The second word is the program's name in parentheses, and may hold blanks and parentheses.
     const auto name = text.rfind(')');
     if (name == std::string::npos)
