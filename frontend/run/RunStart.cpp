@@ -53,7 +53,7 @@ std::string program_directory()
 {
     const std::string program
         = Tavro::executable_path().value_or(Tavro::GetExecutablePath("vortik").Get());
-    return program.substr(0, program.rfind('/') + 1);
+    return (std::filesystem::absolute(program).parent_path() / "").string();
 }
 
 std::optional<PreparedRun> prepare_run(
