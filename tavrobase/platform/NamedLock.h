@@ -31,8 +31,8 @@ public:
     /// Opens or creates the lock `name` (without "/"), for its user alone whatever the file mode
     /// mask. `takeoverWait` is the longest wait for a hold that a death has left in doubt; deaths
     /// of those who wait do not prolong it. Errors: objects that are too short or belong to another
-    /// user are left alone. Threads: a file mode mask that takes the owner's own rights is exchanged
-    /// for a moment when it creates; any other is left alone.
+    /// user are left alone. Threads: a file mode mask that takes the owner's own rights is
+    /// exchanged for a moment when it creates; any other is left alone.
     [[nodiscard]] Failure open(const std::string& name, std::chrono::milliseconds takeoverWait);
     [[nodiscard]] bool is_open() const { return m_objects != nullptr; }
     /// Nobody may hold the lock through this object or wait for it.

@@ -27,9 +27,9 @@ public:
     /// been there before; one that its creator died over before it had a size counts as new.
     /// Errors: a block that is too short or belongs to another user is left alone. A longer one is
     /// used from its beginning.
-    /// Threads: a file mode mask that takes the owner's own rights is exchanged for a moment when it
-    /// creates; any other is left alone. Processes that open the same name must do so under a lock
-    /// of theirs.
+    /// Threads: a file mode mask that takes the owner's own rights is exchanged for a moment when
+    /// it creates; any other is left alone. Processes that open the same name must do so under a
+    /// lock of theirs.
     [[nodiscard]] Failure open(const std::string& name, std::size_t bytes, bool& existed);
 
     /// Makes an open block's bytes reachable at `data()`.
