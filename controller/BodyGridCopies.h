@@ -9,7 +9,8 @@
 
 /// Copies a body grid. The copy repeats the last byte (a zero if nothing stands behind the header):
 /// readers of old histories expect the longer file. Without a body grid, or with one shorter than
-/// 40 bytes, the copy is a header of 52 bytes, filled up with zeros.
+/// 40 bytes, the copy is a header of 52 bytes, filled up with zeros. A target that leads to the
+/// source itself is left alone.
 void copy_body_grid(
     const std::string& source, const std::string& target, double time, bool newGrid);
 

@@ -25,8 +25,9 @@ struct GridFileLine {
 /// chance to.
 class GridCopies {
 public:
-    /// Copies the present grid. The copy ends in one empty line more than the grid. False, with an
-    /// empty copy left behind, if there is no grid. Errors: as of `parse_grid_line`.
+    /// Copies the present grid. The copy ends in one empty line more than the grid. A target that
+    /// leads to the present grid itself is left alone. False, with an empty copy left behind, if
+    /// there is no grid. Errors: as of `parse_grid_line`.
     bool copy_to(const std::string& target, const std::string& time, bool newGrid);
 
 private:

@@ -36,7 +36,7 @@
 /// Of the step, in five digits; the hundred thousandth begins anew.
 [[nodiscard]] std::string step_tag(std::uint32_t step);
 
-/// Creates a directory of the run. What cannot be created is missed, and told, by what needs it.
+/// Creates a directory of the run. What cannot be created is missed by what needs it.
 void make_run_directory(const std::string& directory);
 /// The same unless something of that name is there.
 void make_missing_directory(const std::string& directory);

@@ -88,6 +88,17 @@ bool finds_airfoil_table(const std::string& path)
     return bytes && lines_before_table(airfoil_lines(*bytes)).has_value();
 }
 
+bool is_good_airfoil_table(const std::string& path)
+{
+    Diagnostics faults; // told by the command that is for them
+    const auto bytes = read_text(path, faults);
+    const auto before
+        = bytes ? lines_before_table(airfoil_lines(*bytes)) : std::optional<std::size_t>();
+    if (before)
+        (void)check_airfoil_table(path, *before, faults); // the sizes are not asked for
+    return before && !faults.failed();
+}
+
 std::string check_airfoil_table(
     const std::string& path, std::size_t linesBefore, Diagnostics& diagnostics)
 {

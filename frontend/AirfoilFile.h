@@ -20,6 +20,9 @@ namespace Frontend {
 /// Whether a run would find a table in the file.
 [[nodiscard]] bool finds_airfoil_table(const std::string& path);
 
+/// Whether that table is free of faults.
+[[nodiscard]] bool is_good_airfoil_table(const std::string& path);
+
 /// Tells every fault of the table behind those lines. The result is its sizes, as Mach numbers by
 /// angles: "lift 5 x 37, drag 5 x 37, moment 5 x 37".
 [[nodiscard]] std::string check_airfoil_table(

@@ -154,6 +154,9 @@ private:
         if (!finds_airfoil_table(file))
             warn(path,
                 "no airfoil table is found in " + file + "; `vortik airfoil check` tells why");
+        else if (!is_good_airfoil_table(file))
+            warn(path,
+                "the airfoil table in " + file + " has faults; `vortik airfoil check` tells them");
     }
 
     void zero_bytes()

@@ -108,6 +108,11 @@ int new_case_command(const std::string& directory, const std::string& example, b
                   << '\n';
         return kBadInput;
     }
+    if (directory.empty()) { // an unset variable of a shell, which must not mean "/"
+        std::cerr
+            << "vortik: the directory has no name; expected one, such as `vortik new robin`\n";
+        return kBadInput;
+    }
     std::vector<NewFile> files = files_of(chosen->name);
     files.insert(files.begin(), { "case.toml", chosen->text });
     const std::string root = directory + (directory.ends_with('/') ? "" : "/");

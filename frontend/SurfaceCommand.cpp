@@ -205,7 +205,13 @@ int surface_command(const SurfaceOptions& options)
         writing.print(std::cerr);
         return kFailed;
     }
-    print_figures(options, *input.level, figures_of(*surface, curvature));
+    const SurfaceFigures figures = figures_of(*surface, curvature);
+    if (figures.triangles == 0) {
+        std::cerr << options.output << ": nothing is left of the bodies at level "
+                  << Tavro::NumToString(*input.level) << "; a higher level has smaller cells\n";
+        return kFailed;
+    }
+    print_figures(options, *input.level, figures);
     return kFinished;
 }
 

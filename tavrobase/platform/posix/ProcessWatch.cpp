@@ -70,7 +70,7 @@ std::string process_mark(long long pid)
 std::vector<RunningProgram> programs_of_group(long long group)
 {
     std::vector<std::string> names;
-    (void)list_directory("/proc", names); // without it, nothing can be told
+    (void)list_directory("/proc", names); // without it, nothing can be seen
     std::vector<RunningProgram> programs;
     for (const std::string& name : names) {
         const auto pid = number_in(name);

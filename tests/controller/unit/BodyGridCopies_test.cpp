@@ -82,6 +82,15 @@ TEST_F(BodyGridCopies, ShorterHeaderIsFilledUpWithZerosToFiftyTwoBytes)
     EXPECT_EQ(hex_of(copy_of("")), header_alone());
 }
 
+TEST_F(BodyGridCopies, LinkToThePresentGridIsLeftAlone)
+{
+    const std::string grid = kKept + "TTTTTTTTFFFFbody";
+    write_file(at("from"), grid);
+    make_link(at("from"), at("to"));
+    copy_body_grid(at("from"), at("to"), 0.25, true);
+    EXPECT_EQ(read_file(at("from")), grid);
+}
+
 TEST_F(BodyGridCopies, MissingGridGivesAHeader)
 {
     copy_body_grid(at("gone"), at("to"), 0.25, true);

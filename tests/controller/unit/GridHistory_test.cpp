@@ -45,6 +45,15 @@ protected:
 
 } // namespace
 
+TEST_F(GridHistory, LinkToThePresentGridIsLeftAlone)
+{
+    set_grid("# 1 2 3\n8 9\n");
+    make_link(at("Grid_Output/VRK.grid.dat"), at("copy"));
+    GridCopies copies;
+    EXPECT_TRUE(copies.copy_to(at("copy"), "0.5", true));
+    EXPECT_EQ(read_file(at("Grid_Output/VRK.grid.dat")), "# 1 2 3\n8 9\n");
+}
+
 TEST_F(GridHistory, FirstLineGainsTheTimeAndTheFlagOfANewGrid)
 {
     EXPECT_EQ(copy_of("# 1 2 3\n8 9\n"), "# 1 2 3 0.5 1\n8 9\n\n");

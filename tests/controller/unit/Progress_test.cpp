@@ -119,6 +119,11 @@ TEST_F(Remaining, WrappedFractionGivesNegativeSeconds)
     EXPECT_EQ(after(1100, { 429496729.5 }), "-99");
 }
 
+TEST(RunClock, TurnsOfTheUpdateThreadAreThreeSecondsApart)
+{
+    EXPECT_EQ(run_clock().m_turn, std::chrono::seconds(3));
+}
+
 TEST_F(Remaining, InfinityTakesAllOfTheTimePassed)
 {
     EXPECT_EQ(after(1100, { kInfinity }), "-100");
