@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/support/ControllerRun.h"
 #include "tests/controller/support/ExpectedArguments.h"
+#include "tests/controller/support/ExpectedCourse.h"
 
 #include <string>
 
@@ -170,6 +171,10 @@ TEST_F(AdaptiveRun, LengthThatIsNoMultipleOfThePeriodEndsWithATargetBeyondIt)
         "Solver_Input/wing.Tgrid\n"
         "Solver_Input/wing_moment_table.dat\n"
         "completion\n");
+    // The course that runs which end early are compared with is that of this run.
+    EXPECT_EQ(children(), children_of(adaptive_course(), { 26 }));
+    EXPECT_EQ(log(), log_of(adaptive_course(), { 26 }));
+    EXPECT_EQ(files(), files_of(adaptive_course(), { 26 }));
 }
 
 TEST_F(AdaptiveRun, HistoriesHoldTheGridOfTheirTime)

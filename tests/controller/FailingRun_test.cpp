@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/support/ControllerRun.h"
+#include "tests/controller/support/ExpectedCourse.h"
 #include "tests/links/support/RawBlock.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <ostream>
 #include <string>
@@ -51,7 +53,17 @@ struct FailingStep {
 
 void PrintTo(const FailingStep& step, std::ostream* stream) { *stream << step.name; }
 
-class FailingRun : public ControllerRun { };
+class FailingRun : public ControllerRun {
+protected:
+    /// Behind the records of the programs stands what the last one has noted.
+    void expect_reached(const Expected::Course& course, const Expected::Reached& reached,
+        const std::string& notes = "") const
+    {
+        EXPECT_EQ(children(), Expected::children_of(course, reached) + notes);
+        EXPECT_EQ(log(), Expected::log_of(course, reached));
+        EXPECT_EQ(files(), Expected::files_of(course, reached));
+    }
+};
 class FailingProgram : public FailingRun, public ::testing::WithParamInterface<FailingStep> { };
 
 TEST_P(FailingProgram, EndsTheRunWithTheStepsOwnValueAndAnEmptyText)
@@ -64,6 +76,9 @@ TEST_P(FailingProgram, EndsTheRunWithTheStepsOwnValueAndAnEmptyText)
     EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
     EXPECT_EQ(sequence(), first(step.adaptive ? kAdaptiveSequence : kNewSequence, step.place));
     EXPECT_EQ(inherited(), "");
+    // The program's own files stay, and nothing of the next step is there.
+    expect_reached(
+        step.adaptive ? Expected::adaptive_course() : Expected::new_course(), { step.place });
 }
 
 const FailingStep kFailingSteps[] = {
@@ -242,6 +257,7 @@ TEST_P(MissingProgramOfARun, EndsTheRunWithWordsOfTheSystem)
     const MissingProgram& missing = GetParam();
     make_adaptive(4, 0);
     m_case.m_shtParallelMode = missing.threaded ? 1 : 0;
+    m_case.m_nThreads = 6;
     std::filesystem::remove(programs(missing.name));
     EXPECT_EQ(run(), failed(missing.step));
     EXPECT_EQ(errors(), kNotStarted);
@@ -254,6 +270,14 @@ TEST_P(MissingProgramOfARun, EndsTheRunWithWordsOfTheSystem)
         }
     }
     EXPECT_EQ(sequence(), before);
+    // The controller's own files for the program are there. Up to the first adapter a threaded run
+    // prints and makes the same.
+    Expected::Course course = Expected::adaptive_course();
+    if (missing.threaded) {
+        const Expected::Course threaded = Expected::first_segment_course("-omp", " --nThreads=6");
+        std::copy(threaded.begin(), threaded.end(), course.begin());
+    }
+    expect_reached(course, { missing.before, true, true });
 }
 
 constexpr MissingProgram kMissingPrograms[] = {
@@ -283,6 +307,7 @@ struct StepWithoutLink {
     bool adaptive;
     const char* before; ///< the program that runs while the links are taken
     int start; ///< of it
+    int place; ///< of it in the sequence, from 1 on
     const char* words;
     int step;
 };
@@ -305,6 +330,8 @@ TEST_P(NoFreeLink, FailsTheNextStepWithTheWordsOfItsFrame)
     let_go();
     EXPECT_EQ(ending(), failed(step.step));
     EXPECT_EQ(errors(), step.words + std::string("No free links\nCONTROLLER ERROR: \n"));
+    expect_reached(step.adaptive ? Expected::adaptive_course() : Expected::new_course(),
+        { step.place, true }, "  held\n  let go, stop flag 0\n");
 }
 
 constexpr const char* kGridGenWords = "CONTROLLER ERROR: Failed to create GridGen link: ";
@@ -312,17 +339,17 @@ constexpr const char* kSharedWords = "CONTROLLER ERROR: Failed to create RotorPr
 constexpr const char* kSolverWords = "CONTROLLER WARNING: Failed to create Solver link: ";
 
 constexpr StepWithoutLink kStepsWithoutLink[] = {
-    { "BodyFitter", false, "TreeGen", 1, kGridGenWords, -3 },
-    { "Extractor", false, "TreeGen", 4, kSharedWords, -4 },
-    { "PreCalc", false, "Vortik_Extractor", 1, kSharedWords, -5 },
-    { "RotorProg", false, "Vortik_PreCalc", 1, kSharedWords, -6 },
-    { "Solver", false, "Vortik_RotorProg", 1, kSolverWords, -7 },
-    { "Adapter", true, "Vortik_Solver", 1, kSharedWords, -15 },
-    { "AdaptiveOctree", true, "Vortik_Adapter", 1, kGridGenWords, -13 },
-    { "AdaptiveExtractor", true, "TreeGen", 8, kSharedWords, -14 },
-    { "SecondAdapter", true, "Vortik_Extractor", 2, kSharedWords, -15 },
-    { "AdaptiveRotorProg", true, "Vortik_Adapter", 2, kSharedWords, -16 },
-    { "AdaptiveSolver", true, "Vortik_RotorProg", 2, kSolverWords, -17 },
+    { "BodyFitter", false, "TreeGen", 1, 1, kGridGenWords, -3 },
+    { "Extractor", false, "TreeGen", 4, 4, kSharedWords, -4 },
+    { "PreCalc", false, "Vortik_Extractor", 1, 5, kSharedWords, -5 },
+    { "RotorProg", false, "Vortik_PreCalc", 1, 6, kSharedWords, -6 },
+    { "Solver", false, "Vortik_RotorProg", 1, 7, kSolverWords, -7 },
+    { "Adapter", true, "Vortik_Solver", 1, 8, kSharedWords, -15 },
+    { "AdaptiveOctree", true, "Vortik_Adapter", 1, 9, kGridGenWords, -13 },
+    { "AdaptiveExtractor", true, "TreeGen", 8, 13, kSharedWords, -14 },
+    { "SecondAdapter", true, "Vortik_Extractor", 2, 14, kSharedWords, -15 },
+    { "AdaptiveRotorProg", true, "Vortik_Adapter", 2, 15, kSharedWords, -16 },
+    { "AdaptiveSolver", true, "Vortik_RotorProg", 2, 16, kSolverWords, -17 },
 };
 
 std::string name_of_linkless(const ::testing::TestParamInfo<StepWithoutLink>& info)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/support/ControllerRun.h"
 #include "tests/controller/support/ExpectedArguments.h"
+#include "tests/controller/support/ExpectedCourse.h"
 
 #include <filesystem>
 #include <string>
@@ -82,6 +83,10 @@ TEST_F(KindOfRun, NewRunGoesThroughAllProgramsOnce)
     EXPECT_EQ(log(), kLog);
     expect_quiet();
     EXPECT_EQ(files(), kFiles);
+    // The course that runs which end early are compared with is that of this run.
+    EXPECT_EQ(children(), children_of(new_course(), { 8 }));
+    EXPECT_EQ(log(), log_of(new_course(), { 8 }));
+    EXPECT_EQ(files(), files_of(new_course(), { 8 }));
     // The fourth start of the grid generator is the one for the metrics.
     EXPECT_EQ(file("Body_Pressure/wing_body.Grd"),
         "HHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHHTTTTTTTTFFFFbody 4");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/support/ControllerRun.h"
+#include "tests/controller/support/ExpectedCourse.h"
 
 #include <ostream>
 #include <string>
@@ -18,6 +19,7 @@ struct StopAt {
     bool adaptive;
     const char* program;
     int start; ///< of that program
+    int place; ///< of it in the sequence, from 1 on
     int step; ///< published while it runs
 };
 
@@ -72,28 +74,34 @@ TEST_P(StopOfAProgram, ReachesItAndEndsTheRunWithoutAWord)
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
     EXPECT_EQ(errors(), "");
     EXPECT_EQ(inherited(), "");
+    const Expected::Course course
+        = stop.adaptive ? Expected::adaptive_course() : Expected::new_course();
+    const Expected::Reached reached { stop.place };
+    EXPECT_EQ(children(), Expected::children_of(course, reached) + "  waits\n  saw the stop\n");
+    EXPECT_EQ(log(), Expected::log_of(course, reached));
+    EXPECT_EQ(files(), Expected::files_of(course, reached));
 }
 
 constexpr StopAt kStops[] = {
-    { "Octree", false, "TreeGen", 1, 19 },
-    { "BodyFitter", false, "TreeGen", 2, 20 },
-    { "Validator", false, "TreeGen", 3, 21 },
-    { "Metrics", false, "TreeGen", 4, 22 },
-    { "Extractor", false, "Vortik_Extractor", 1, 4 },
-    { "PreCalc", false, "Vortik_PreCalc", 1, 5 },
-    { "RotorProg", false, "Vortik_RotorProg", 1, 6 },
-    { "Solver", false, "Vortik_Solver", 1, 7 },
-    { "FirstSegment", true, "Vortik_Solver", 1, 17 },
-    { "AdapterBefore", true, "Vortik_Adapter", 1, 15 },
-    { "AdaptiveOctree", true, "TreeGen", 5, 24 },
-    { "AdaptiveBodyFitter", true, "TreeGen", 6, 25 },
-    { "AdaptiveValidator", true, "TreeGen", 7, 26 },
-    { "AdaptiveMetrics", true, "TreeGen", 8, 27 },
-    { "AdaptiveExtractor", true, "Vortik_Extractor", 2, 14 },
-    { "AdapterAfter", true, "Vortik_Adapter", 2, 15 },
-    { "AdaptiveRotorProg", true, "Vortik_RotorProg", 2, 16 },
-    { "SecondSegment", true, "Vortik_Solver", 2, 17 },
-    { "SecondCycle", true, "TreeGen", 9, 24 },
+    { "Octree", false, "TreeGen", 1, 1, 19 },
+    { "BodyFitter", false, "TreeGen", 2, 2, 20 },
+    { "Validator", false, "TreeGen", 3, 3, 21 },
+    { "Metrics", false, "TreeGen", 4, 4, 22 },
+    { "Extractor", false, "Vortik_Extractor", 1, 5, 4 },
+    { "PreCalc", false, "Vortik_PreCalc", 1, 6, 5 },
+    { "RotorProg", false, "Vortik_RotorProg", 1, 7, 6 },
+    { "Solver", false, "Vortik_Solver", 1, 8, 7 },
+    { "FirstSegment", true, "Vortik_Solver", 1, 8, 17 },
+    { "AdapterBefore", true, "Vortik_Adapter", 1, 9, 15 },
+    { "AdaptiveOctree", true, "TreeGen", 5, 10, 24 },
+    { "AdaptiveBodyFitter", true, "TreeGen", 6, 11, 25 },
+    { "AdaptiveValidator", true, "TreeGen", 7, 12, 26 },
+    { "AdaptiveMetrics", true, "TreeGen", 8, 13, 27 },
+    { "AdaptiveExtractor", true, "Vortik_Extractor", 2, 14, 14 },
+    { "AdapterAfter", true, "Vortik_Adapter", 2, 15, 15 },
+    { "AdaptiveRotorProg", true, "Vortik_RotorProg", 2, 16, 16 },
+    { "SecondSegment", true, "Vortik_Solver", 2, 17, 17 },
+    { "SecondCycle", true, "TreeGen", 9, 19, 24 },
 };
 
 INSTANTIATE_TEST_SUITE_P(At, StopOfAProgram, ::testing::ValuesIn(kStops), name_of);
