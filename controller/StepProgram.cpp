@@ -89,7 +89,8 @@ bool run_beside_controller(
     const std::string& name, const std::vector<std::string>& arguments, std::string& error)
 {
     {
-        // A stop that is being carried out has taken the link back: the program must not start.
+        // A stop that is being carried out keeps the mutex up to the end of the process, so that
+        // the program is not started. One that comes between here and the start finds it started.
         const std::lock_guard lock(g_info.m_mutex);
     }
     return Tavro::run_process(program_directory() + name, arguments, name, error);

@@ -85,6 +85,6 @@ void stop_run()
     std::cerr.flush();
     (void)std::fflush(stdout);
     (void)std::fflush(stderr);
-    // Not exit(): the main thread lives on until here and must not see its objects destroyed.
+    // Not exit(): the main thread lives on until here and must not see static objects destroyed.
     std::_Exit(EXIT_SUCCESS);
 }
