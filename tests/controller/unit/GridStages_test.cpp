@@ -134,15 +134,38 @@ TEST_F(GridStages, FirstStartOfANewRunWritesTheInput)
     EXPECT_TRUE(file_exists(at("Grid_Output/case.treegen")));
 }
 
-TEST_F(GridStages, StageOfACycleWritesNoInput)
+TEST_F(GridStages, InputIsWrittenUnderThreeStepsOnly)
 {
-    const Outcome outcome = as_controller([this] {
-        std::string error;
-        g_info.m_step = VRK::StepAdaptiveGridOctree;
-        std::cout << run_grid_gen_only_step(m_input, error);
-    });
-    EXPECT_TRUE(outcome.out.ends_with("1")) << outcome.out << outcome.err;
-    EXPECT_FALSE(file_exists(at("Grid_Output/case.treegen")));
+    m_input.m_grid.m_bHybrid = true;
+    m_input.m_grid.m_fpViscInput = Tavro::FilePath(at("visc.inp"));
+    const auto written_under = [this](VRK::ControllerStep step) {
+        std::filesystem::remove(at("Grid_Output/case.treegen"));
+        std::filesystem::remove(at("visc.inp"));
+        const Outcome outcome = as_controller([&] {
+            std::string error;
+            g_info.m_step = step;
+            std::cout << run_grid_gen_only_step(m_input, error);
+        });
+        EXPECT_TRUE(outcome.out.ends_with("1")) << outcome.out << outcome.err;
+        const bool card = file_exists(at("Grid_Output/case.treegen"));
+        EXPECT_EQ(file_exists(at("visc.inp")), card) << step;
+        return card;
+    };
+    for (const VRK::ControllerStep step :
+        { VRK::StepGridGeneration, VRK::StepGridOctree, VRK::StepGridHybrid })
+        EXPECT_TRUE(written_under(step)) << step;
+    for (const VRK::ControllerStep step : { VRK::StepGridBodyFitter, VRK::StepGridValidator,
+             VRK::StepGridMetrics, VRK::StepAdaptiveGridGeneration, VRK::StepAdaptiveGridOctree,
+             VRK::StepAdaptiveGridHybrid })
+        EXPECT_FALSE(written_under(step)) << step;
+}
+
+TEST_F(GridStages, ViscousInputIsThatOfAHybridGridOnly)
+{
+    m_input.m_grid.m_fpViscInput = Tavro::FilePath(at("visc.inp"));
+    (void)log_of_a_new_run();
+    EXPECT_TRUE(file_exists(at("Grid_Output/case.treegen")));
+    EXPECT_FALSE(file_exists(at("visc.inp")));
 }
 
 TEST_F(GridStages, StandardModeAnnouncesItself)

@@ -2,6 +2,7 @@
 #include "controller/Progress.h"
 
 #include "controller/Clock.h"
+#include "controller/TotalSteps.h"
 #include "tests/controller/unit/FrontEnd.h"
 
 #include <cmath>
@@ -177,6 +178,23 @@ TEST_F(Remaining, SecondsBeyondTheFieldStopAtItsEnds)
 TEST_F(Remaining, ClockThatWasSetBackCountsBackward)
 {
     EXPECT_EQ(after(900, { 0.25 }), "-300"); // -100 / 0.25 + 100
+}
+
+TEST(TotalSteps, AreThoseOfAllLayers)
+{
+    VRK::TimeData time;
+    EXPECT_EQ(total_steps(time), 0U);
+    time.m_vecNtCell = { 4, 0, 6 };
+    EXPECT_EQ(total_steps(time), 10U);
+}
+
+TEST(TotalSteps, HaveThirtyTwoBits)
+{
+    VRK::TimeData time;
+    time.m_vecNtCell = { 4294967295, 11 }; // 2^32 + 10
+    EXPECT_EQ(total_steps(time), 10U);
+    time.m_vecNtCell = { 2147483648, 2147483648 };
+    EXPECT_EQ(total_steps(time), 0U);
 }
 
 TEST_F(Remaining, TimerKeepsTheTotalAndTheSecond)
