@@ -15,9 +15,6 @@ namespace Testing {
 namespace {
 
 const std::string kComplete = "status 0, step 8, file 8<end>";
-const std::string kNewSequence
-    = "19 TreeGen, 20 TreeGen, 21 TreeGen, 22 TreeGen, 4 Vortik_Extractor, 5 Vortik_PreCalc, "
-      "6 Vortik_RotorProg, 7 Vortik_Solver, ";
 // Of an adaptive run of two cycles, with all steps from the first on.
 const std::string kAdaptiveSequence
     = "19 TreeGen, 20 TreeGen, 21 TreeGen, 22 TreeGen, 4 Vortik_Extractor, 5 Vortik_PreCalc, "
@@ -56,9 +53,10 @@ void PrintTo(const FailingStep& step, std::ostream* stream) { *stream << step.na
 class FailingRun : public ControllerRun {
 protected:
     /// Behind the records of the programs stands what the last one has noted.
-    void expect_reached(const Expected::Course& course, const Expected::Reached& reached,
+    void expect_reached(const Expected::Course& course, const Expected::Reached& reached, int end,
         const std::string& notes = "") const
     {
+        EXPECT_EQ(published(), Expected::steps_of(course, reached) + " " + std::to_string(end));
         EXPECT_EQ(children(), Expected::children_of(course, reached) + notes);
         EXPECT_EQ(log(), Expected::log_of(course, reached));
         EXPECT_EQ(files(), Expected::files_of(course, reached));
@@ -74,11 +72,10 @@ TEST_P(FailingProgram, EndsTheRunWithTheStepsOwnValueAndAnEmptyText)
     plan(std::string(step.program) + " " + std::to_string(step.start) + " fail");
     EXPECT_EQ(run(), failed(step.step));
     EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
-    EXPECT_EQ(sequence(), first(step.adaptive ? kAdaptiveSequence : kNewSequence, step.place));
     EXPECT_EQ(inherited(), "");
     // The program's own files stay, and nothing of the next step is there.
-    expect_reached(
-        step.adaptive ? Expected::adaptive_course() : Expected::new_course(), { step.place });
+    expect_reached(step.adaptive ? Expected::adaptive_course() : Expected::new_course(),
+        { step.place }, step.step);
 }
 
 const FailingStep kFailingSteps[] = {
@@ -149,14 +146,98 @@ TEST_F(FailingRun, KeepsTheLogUpToTheFailingStep)
         "completion\n");
 }
 
+TEST_F(FailingRun, KeepsLogAndFilesUpToTheFailingStepOfACycle)
+{
+    make_adaptive(4, 0);
+    plan("Vortik_RotorProg 2 fail");
+    EXPECT_EQ(run(), failed(-16));
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 17 15 24 25 26 27 14 15 16 -16");
+    EXPECT_EQ(log(),
+        "main: running grid generator\n"
+        "      running octree\n"
+        "      running body fitter\n"
+        "      running validator\n"
+        "      running metrics calculation\n"
+        "main: running extractor.\n"
+        "main: running pre-calc.\n"
+        "main: running rotor prog.\n"
+        "main: running solver.\n"
+        "main: running adaptive pre-calc.\n"
+        "main: running grid generator\n"
+        "      running octree\n"
+        "      running body fitter\n"
+        "      running validator\n"
+        "      running metrics calculation\n"
+        "main: running extractor.\n"
+        "main: running adaptive pre-calc.\n"
+        "main: running rotor prog.\n");
+    // The archive of the segment that is not solved is there: steps 6 and 8, and the body of 6.
+    EXPECT_EQ(files(),
+        "Body_Pressure/\n"
+        "Body_Pressure/wing_00003_body.Grd\n"
+        "Body_Pressure/wing_00006_body.Grd\n"
+        "Body_Pressure/wing_body.Grd\n"
+        "Debug_Files/\n"
+        "Grid_Output/\n"
+        "Grid_Output/GeomBC.dat\n"
+        "Grid_Output/GeomBC.old.dat\n"
+        "Grid_Output/Grid_History/\n"
+        "Grid_Output/Grid_History/wing_00000.Grd\n"
+        "Grid_Output/Grid_History/wing_00002.Grd\n"
+        "Grid_Output/Grid_History/wing_00004.Grd\n"
+        "Grid_Output/Grid_History/wing_00006.Grd\n"
+        "Grid_Output/Grid_History/wing_00008.Grd\n"
+        "Grid_Output/VRK.grd.L2G\n"
+        "Grid_Output/VRK.grid.dat\n"
+        "Grid_Output/wing.treegen\n"
+        "Grid_Output/wing.treegen-adapted.old\n"
+        "Grid_Output/wing_body.Grd\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Restarts/\n"
+        "Restarts/wing.Rst\n"
+        "Restarts/wing.new.Rst\n"
+        "Restarts/wing.old.Rst\n"
+        "Solver_Input/\n"
+        "Solver_Input/AdaptBoxes.dat\n"
+        "Solver_Input/BndCnd.dat\n"
+        "Solver_Input/Label.dat\n"
+        "Solver_Input/ParmFlw.h\n"
+        "Solver_Input/ParmFlw.old.h\n"
+        "Solver_Input/wing.AdptrMain\n"
+        "Solver_Input/wing.SlvrMain\n"
+        "Solver_Input/wing.SlvrRot\n"
+        "Solver_Input/wing.Tgrid\n"
+        "Solver_Input/wing_moment_table.dat\n"
+        "completion\n");
+}
+
+const std::string kHybridLog = "main: running grid generator\n      running hybrid\n";
+
 TEST_F(FailingRun, HybridGridThatFailsIsAGridThatFails)
 {
     m_case.m_grid.m_bHybrid = true;
     m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
     plan("TreeGen 1 fail");
     EXPECT_EQ(run(), failed(-3));
-    EXPECT_EQ(sequence(), "23 TreeGen");
+    EXPECT_EQ(children(), child("TreeGen", "@/Grid_Output", 23, Expected::kHybrid));
+    EXPECT_EQ(published(), "2 23 -3");
+    EXPECT_EQ(log(), kHybridLog);
     EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+    EXPECT_EQ(files(),
+        "Debug_Files/\n"
+        "Grid_Output/\n"
+        "Grid_Output/VRK.grd.L2G\n"
+        "Grid_Output/VRK.grid.dat\n"
+        "Grid_Output/wing.treegen\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Solver_Input/\n"
+        "Solver_Input/ParmFlw.h\n"
+        "completion\n"
+        "visc.inp\n");
 }
 
 TEST_F(FailingRun, AdaptedHybridGridThatFailsIsAnAdaptedGridThatFails)
@@ -167,14 +248,19 @@ TEST_F(FailingRun, AdaptedHybridGridThatFailsIsAnAdaptedGridThatFails)
     plan("TreeGen 4 fail"); // after hybrid, validator and metrics of the new grid
     EXPECT_EQ(run(), failed(-13));
     EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
-    EXPECT_TRUE(sequence().ends_with("15 Vortik_Adapter, 28 TreeGen")) << sequence();
+    EXPECT_EQ(published(), "2 23 21 22 4 5 6 17 15 28 -13");
+    EXPECT_TRUE(children().ends_with("  stage 1 of cycle 1 at 4\n"
+        + child("TreeGen", "@/Grid_Output", 28, Expected::kAdaptedHybrid + " -gridTime=6")))
+        << children();
+    EXPECT_TRUE(log().ends_with("main: running adaptive pre-calc.\n" + kHybridLog)) << log();
 }
 
 TEST_F(FailingRun, GridGeneratorSucceedsByTheStateOneAlone)
 {
     plan("TreeGen 1 state 2");
     EXPECT_EQ(run(), failed(-3));
-    EXPECT_EQ(sequence(), "19 TreeGen");
+    EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+    expect_reached(Expected::new_course(), { 1 }, -3);
 }
 
 TEST_F(FailingRun, ExitStatusBehindAReportedSuccessDoesNotCount)
@@ -184,6 +270,7 @@ TEST_F(FailingRun, ExitStatusBehindAReportedSuccessDoesNotCount)
     plan("Vortik_Solver 1 status 255");
     EXPECT_EQ(run(), kComplete);
     EXPECT_EQ(errors(), "");
+    expect_reached(Expected::new_course(), { 8 }, 8);
 }
 
 TEST_F(FailingRun, DeathBehindAReportedSuccessDoesNotCount)
@@ -192,6 +279,7 @@ TEST_F(FailingRun, DeathBehindAReportedSuccessDoesNotCount)
     plan("Vortik_Solver 1 crash");
     EXPECT_EQ(run(), kComplete);
     EXPECT_EQ(errors(), "");
+    expect_reached(Expected::new_course(), { 8 }, 8);
 }
 
 TEST_F(FailingRun, DeathBeforeSuccessIsAFailure)
@@ -200,6 +288,7 @@ TEST_F(FailingRun, DeathBeforeSuccessIsAFailure)
     plan("Vortik_Solver 1 crash");
     EXPECT_EQ(run(), failed(-7));
     EXPECT_EQ(errors(), "CONTROLLER ERROR: \n");
+    expect_reached(Expected::new_course(), { 8 }, -7);
 }
 
 TEST_F(FailingRun, AdaptationWithoutGridInputFailsUnderTheAdaptersStep)
@@ -207,8 +296,10 @@ TEST_F(FailingRun, AdaptationWithoutGridInputFailsUnderTheAdaptersStep)
     make_adaptive(4, 0);
     plan("Vortik_Solver 1 remove Grid_Output/wing.treegen");
     EXPECT_EQ(run(), failed(-13));
-    EXPECT_EQ(sequence(), first(kAdaptiveSequence, 9));
     EXPECT_EQ(errors(), "CONTROLLER ERROR: could not read treegen file\n");
+    Expected::Course course = Expected::adaptive_course();
+    course[7].written += " -Grid_Output/wing.treegen";
+    expect_reached(course, { 9 }, -13); // behind 15, with no grid step between
 }
 
 TEST_F(FailingRun, RestartFileThatIsMissingFailsTheSolversStep)
@@ -218,7 +309,22 @@ TEST_F(FailingRun, RestartFileThatIsMissingFailsTheSolversStep)
     EXPECT_EQ(run(), failed(-7));
     EXPECT_EQ(errors(), "CONTROLLER ERROR: could not find/read restart file - @/named.Rst\n");
     EXPECT_EQ(children(), "");
+    EXPECT_EQ(published(), "2 -7");
     EXPECT_EQ(log(), "");
+    EXPECT_EQ(files(),
+        "Body_Pressure/\n"
+        "Debug_Files/\n"
+        "Grid_Output/\n"
+        "Grid_Output/GeomBC.dat\n"
+        "Grid_Output/VRK.grid.dat\n"
+        "Grid_Output/wing.treegen\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Restarts/\n"
+        "Solver_Input/\n"
+        "Solver_Input/ParmFlw.h\n"
+        "completion\n");
 }
 
 TEST_F(FailingRun, RestartFileThatIsTooShortFailsTheSolversStepOfAnAdaptiveRunToo)
@@ -229,6 +335,10 @@ TEST_F(FailingRun, RestartFileThatIsTooShortFailsTheSolversStepOfAnAdaptiveRunTo
     EXPECT_EQ(run(), failed(-7));
     EXPECT_EQ(errors(), "CONTROLLER ERROR: could not find/read restart file - @/named.Rst\n");
     EXPECT_EQ(children(), "");
+    EXPECT_EQ(published(), "2 -7");
+    EXPECT_EQ(log(), "");
+    EXPECT_FALSE(file_exists(root("Grid_Output/Grid_History")));
+    EXPECT_FALSE(file_exists(root("Solver_Input/AdaptBoxes.dat")));
 }
 
 // 2 is the system's number for what does not exist.
@@ -236,18 +346,15 @@ const std::string kNotStarted = "CONTROLLER ERROR: CreateProcess() failed!  ERRO
 
 struct MissingProgram {
     const char* name;
+    const char* program;
+    bool adaptive;
     bool threaded;
+    const char* gone; ///< the start of a program while which it goes; empty if it never was there
     int before; ///< programs that run before
     int step;
 };
 
-TEST_F(FailingRun, MissingGridGeneratorFailsTheGrid)
-{
-    std::filesystem::remove(programs("TreeGen"));
-    EXPECT_EQ(run(), failed(-3));
-    EXPECT_EQ(errors(), kNotStarted);
-    EXPECT_EQ(children(), "");
-}
+void PrintTo(const MissingProgram& missing, std::ostream* stream) { *stream << missing.name; }
 
 class MissingProgramOfARun : public FailingRun,
                              public ::testing::WithParamInterface<MissingProgram> { };
@@ -255,48 +362,55 @@ class MissingProgramOfARun : public FailingRun,
 TEST_P(MissingProgramOfARun, EndsTheRunWithWordsOfTheSystem)
 {
     const MissingProgram& missing = GetParam();
-    make_adaptive(4, 0);
+    if (missing.adaptive)
+        make_adaptive(4, 0);
     m_case.m_shtParallelMode = missing.threaded ? 1 : 0;
     m_case.m_nThreads = 6;
-    std::filesystem::remove(programs(missing.name));
+    const std::string gone = missing.gone;
+    if (gone.empty())
+        std::filesystem::remove(programs(missing.program));
+    else
+        plan(gone + " remove ../programs/" + missing.program);
     EXPECT_EQ(run(), failed(missing.step));
     EXPECT_EQ(errors(), kNotStarted);
-    std::string before = missing.before == 0 ? "" : first(kAdaptiveSequence, missing.before);
-    if (missing.threaded) {
-        for (const char* name : { "Extractor", "PreCalc", "RotorProg", "Solver" }) {
-            const auto at = before.find(name);
-            if (at != std::string::npos)
-                before.insert(at + std::string(name).size(), "-omp");
-        }
-    }
-    EXPECT_EQ(sequence(), before);
+    EXPECT_EQ(inherited(), "");
     // The controller's own files for the program are there. Up to the first adapter a threaded run
     // prints and makes the same.
-    Expected::Course course = Expected::adaptive_course();
+    Expected::Course course
+        = missing.adaptive ? Expected::adaptive_course() : Expected::new_course();
     if (missing.threaded) {
         const Expected::Course threaded = Expected::first_segment_course("-omp", " --nThreads=6");
         std::copy(threaded.begin(), threaded.end(), course.begin());
     }
-    expect_reached(course, { missing.before, true, true });
+    expect_reached(course, { missing.before, true, true }, missing.step);
 }
 
 constexpr MissingProgram kMissingPrograms[] = {
-    { "Vortik_Extractor", false, 4, -4 },
-    { "Vortik_PreCalc", false, 5, -5 },
-    { "Vortik_RotorProg", false, 6, -6 },
-    { "Vortik_Solver", false, 7, -17 },
-    { "Vortik_Adapter", false, 8, -15 },
-    { "Vortik_Extractor-omp", true, 4, -4 },
-    { "Vortik_PreCalc-omp", true, 5, -5 },
-    { "Vortik_RotorProg-omp", true, 6, -6 },
-    { "Vortik_Solver-omp", true, 7, -17 },
-    { "Vortik_Adapter-omp", true, 8, -15 },
+    { "GridGenerator", "TreeGen", false, false, "", 0, -3 },
+    { "BodyFitter", "TreeGen", false, false, "TreeGen 1", 1, -3 },
+    { "Extractor", "Vortik_Extractor", true, false, "", 4, -4 },
+    { "PreCalc", "Vortik_PreCalc", true, false, "", 5, -5 },
+    { "RotorProg", "Vortik_RotorProg", true, false, "", 6, -6 },
+    { "Solver", "Vortik_Solver", false, false, "", 7, -7 },
+    { "FirstSegment", "Vortik_Solver", true, false, "", 7, -17 },
+    { "Adapter", "Vortik_Adapter", true, false, "", 8, -15 },
+    { "ExtractorThreaded", "Vortik_Extractor-omp", true, true, "", 4, -4 },
+    { "PreCalcThreaded", "Vortik_PreCalc-omp", true, true, "", 5, -5 },
+    { "RotorProgThreaded", "Vortik_RotorProg-omp", true, true, "", 6, -6 },
+    { "SolverThreaded", "Vortik_Solver-omp", true, true, "", 7, -17 },
+    { "AdapterThreaded", "Vortik_Adapter-omp", true, true, "", 8, -15 },
+    { "AdaptiveOctree", "TreeGen", true, false, "Vortik_Adapter 1", 9, -13 },
+    { "AdaptiveMetrics", "TreeGen", true, false, "TreeGen 7", 12, -13 },
+    { "AdaptiveExtractor", "Vortik_Extractor", true, false, "TreeGen 8", 13, -14 },
+    { "SecondAdapter", "Vortik_Adapter", true, false, "Vortik_Extractor 2", 14, -15 },
+    { "AdaptiveRotorProg", "Vortik_RotorProg", true, false, "Vortik_Adapter 2", 15, -16 },
+    { "AdaptiveSolver", "Vortik_Solver", true, false, "Vortik_RotorProg 2", 16, -17 },
+    { "SecondCycle", "TreeGen", true, false, "Vortik_Solver 2", 18, -13 },
 };
 
 std::string name_of_missing(const ::testing::TestParamInfo<MissingProgram>& info)
 {
-    const std::string name = std::string(info.param.name).substr(7); // behind "Vortik_"
-    return info.param.threaded ? name.substr(0, name.size() - 4) + "Threaded" : name;
+    return info.param.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -331,7 +445,7 @@ TEST_P(NoFreeLink, FailsTheNextStepWithTheWordsOfItsFrame)
     EXPECT_EQ(ending(), failed(step.step));
     EXPECT_EQ(errors(), step.words + std::string("No free links\nCONTROLLER ERROR: \n"));
     expect_reached(step.adaptive ? Expected::adaptive_course() : Expected::new_course(),
-        { step.place, true }, "  held\n  let go, stop flag 0\n");
+        { step.place, true }, step.step, "  held\n  let go, stop flag 0\n");
 }
 
 constexpr const char* kGridGenWords = "CONTROLLER ERROR: Failed to create GridGen link: ";
@@ -367,6 +481,16 @@ TEST_F(FailingRun, WithoutAnyFreeLinkTheFirstStepFails)
         "CONTROLLER ERROR: Failed to create GridGen link: No free links\nCONTROLLER ERROR: \n");
     EXPECT_EQ(log(), "main: running grid generator\n");
     EXPECT_EQ(children(), "");
+    EXPECT_EQ(published(), "2 19 -3");
+    // The link is made before the grid generator's input.
+    EXPECT_EQ(files(),
+        "Debug_Files/\n"
+        "Grid_Output/\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Solver_Input/\n"
+        "completion\n");
 }
 
 // A failure on the way to an exception: -9 stays, and the process dies by SIGABRT, signal 6.

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 
+#include <sys/stat.h>
+
 // The kinds of run without adaptation: which programs start, in which order, with which arguments,
 // and what is left behind.
 
@@ -74,16 +76,22 @@ protected:
         EXPECT_EQ(errors(), "");
         EXPECT_EQ(inherited(), "");
     }
+    [[nodiscard]] unsigned mode_of(const std::string& name) const
+    {
+        return static_cast<unsigned>(std::filesystem::status(root(name)).permissions());
+    }
 };
 
 TEST_F(KindOfRun, NewRunGoesThroughAllProgramsOnce)
 {
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 7 8");
     EXPECT_EQ(children(), kChildren);
     EXPECT_EQ(log(), kLog);
     expect_quiet();
     EXPECT_EQ(files(), kFiles);
     // The course that runs which end early are compared with is that of this run.
+    EXPECT_EQ(published(), steps_of(new_course(), { 8 }) + " 8");
     EXPECT_EQ(children(), children_of(new_course(), { 8 }));
     EXPECT_EQ(log(), log_of(new_course(), { 8 }));
     EXPECT_EQ(files(), files_of(new_course(), { 8 }));
@@ -108,6 +116,7 @@ TEST_F(KindOfRun, GridOnlyEndsAfterTheGrid)
 {
     m_case.m_bGridOnly = true;
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 20 21 22 8");
     EXPECT_EQ(children(), kGridChildren);
     EXPECT_EQ(log(), kGridLog);
     expect_quiet();
@@ -133,6 +142,7 @@ TEST_F(KindOfRun, AdaptiveGridOnlyPassesTheGridTimeAndKeepsNoHistory)
     m_case.m_bGridOnly = true;
     make_adaptive(4, 0);
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 20 21 22 8");
     // Up to 4 * 0.5 = 2 the last saved solution is that of step 4, at the time 2.
     EXPECT_EQ(children(),
         child("TreeGen", "@/Grid_Output", 19, kOctree + " -gridTime=2")
@@ -148,6 +158,7 @@ TEST_F(KindOfRun, WithoutBodiesEndsTheGridAfterTheValidator)
 {
     m_case.m_vecBodies.clear();
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 20 21 4 5 6 7 8");
     EXPECT_EQ(children(), without(kChildren, child("TreeGen", "@/Grid_Output", 22, kMetrics)));
     EXPECT_EQ(log(), without(kLog, "      running metrics calculation\n"));
     expect_quiet();
@@ -160,6 +171,7 @@ TEST_F(KindOfRun, ValidatorWithoutBodyFitterFollowsTheOctree)
     m_case.m_bRunBodyFitter = false;
     m_case.m_bGridOnly = true;
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 21 22 8");
     EXPECT_EQ(children(),
         child("TreeGen", "@/Grid_Output", 19, kOctreeWithoutFitter)
             + child("TreeGen", "@/Grid_Output", 21, kValidator)
@@ -174,6 +186,7 @@ TEST_F(KindOfRun, WithoutBodyFitterAndValidatorTheMetricsFollowTheOctree)
     m_case.m_bRunValidator = false;
     m_case.m_bGridOnly = true;
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 22 8");
     EXPECT_EQ(children(),
         child("TreeGen", "@/Grid_Output", 19, kOctreeWithoutFitter)
             + child("TreeGen", "@/Grid_Output", 22, kMetrics));
@@ -189,6 +202,7 @@ TEST_F(KindOfRun, HybridGridTakesOneStartForOctreeAndBodyFitter)
     m_case.m_grid.m_fpViscInput = Tavro::FilePath(root("visc.inp"));
     m_case.m_grid.m_strViscInput = "viscous text\n";
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 23 21 22 4 5 6 7 8");
     EXPECT_EQ(children(),
         child("TreeGen", "@/Grid_Output", 23,
             kGridHead + "-hyb=@/visc.inp -exm=@/Grid_Output//ex_grid_struct_map.dat -prisms "
@@ -216,6 +230,7 @@ TEST_F(KindOfRun, HybridGridWithoutPrismsAndBodyFitterLeavesTheirArgumentsOut)
     m_case.m_bGridOnly = true;
     m_case.m_vecBodies.clear();
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 23 8");
     EXPECT_EQ(children(),
         child("TreeGen", "@/Grid_Output", 23,
             kGridHead + "-hyb=@/visc.inp -exm=@/Grid_Output//ex_grid_struct_map.dat "
@@ -228,6 +243,7 @@ TEST_F(KindOfRun, WithoutRotorsTheSolverIsInformedAndTheRotorProgramLeftOut)
 {
     m_case.m_vecRotors.clear();
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 7 8");
     EXPECT_EQ(children(),
         kGridChildren + kPreparationChildren
             + child("Vortik_Solver", "@", 7, kSolver + " --NoRotor") + kNewSolver);
@@ -255,6 +271,7 @@ TEST_F(KindOfRun, ThreadedRunTakesTheThreadedPrograms)
     m_case.m_shtParallelMode = 1;
     m_case.m_nThreads = 6;
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 7 8");
     EXPECT_EQ(children(),
         kGridChildren + child("Vortik_Extractor-omp", "@", 4, kExtractor + " --nThreads=6")
             + child("Vortik_PreCalc-omp", "@", 5, kPreCalc + " --nThreads=6")
@@ -300,6 +317,17 @@ TEST_F(KindOfRun, NewRunWithoutTimeStepsStartsTheSolver)
     expect_quiet();
 }
 
+TEST_F(KindOfRun, TotalOfTheTimeStepsHasThirtyTwoBits)
+{
+    m_case.m_time.m_vecNtCell = { 4294967295, 11 }; // 2^32 - 1 + 11 is 10
+    EXPECT_EQ(run(), kComplete);
+    EXPECT_TRUE(children().ends_with("up to 10\n")) << children();
+    int total = -1;
+    EXPECT_EQ(front_end().GetTotalSteps(total), Tavro::LinkManager::Success);
+    EXPECT_EQ(total, 10);
+    expect_quiet();
+}
+
 TEST_F(KindOfRun, DirectoryOfRotorPerformanceIsMadeIfItIsWritten)
 {
     m_case.m_bLRotFAST = true;
@@ -332,6 +360,7 @@ TEST_F(KindOfRun, RestartRunsTheSolverAloneAndCleansNothing)
     make_restart(6);
     write_file(root("Restarts/wing.old.Rst"), "kept");
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 7 8");
     EXPECT_EQ(children(),
         child("Vortik_Solver", "@", 7, kSolver) + "  restart .TRUE. '@/named.Rst' up to 10\n");
     EXPECT_EQ(log(), kSolverLog);
@@ -339,11 +368,65 @@ TEST_F(KindOfRun, RestartRunsTheSolverAloneAndCleansNothing)
     EXPECT_EQ(without(files(), "Restarts/wing.old.Rst\n"), kRestartFiles);
 }
 
+TEST_F(KindOfRun, RestartMakesNoneOfTheDirectoriesOfANewRun)
+{
+    make_restart(6);
+    std::filesystem::remove_all(root("Grid_Output"));
+    std::filesystem::remove_all(root("Solver_Input"));
+    EXPECT_EQ(run(), kComplete);
+    // There is no card that the solver could read.
+    EXPECT_EQ(children(),
+        child("Vortik_Solver", "@", 7, kSolver) + "  restart missing missing up to 0\n");
+    EXPECT_EQ(log(), kSolverLog);
+    expect_quiet();
+    EXPECT_EQ(files(),
+        "Body_Pressure/\n"
+        "Debug_Files/\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Restarts/\n"
+        "Restarts/wing.Rst\n"
+        "completion\n"
+        "named.Rst\n");
+}
+
+TEST_F(KindOfRun, DirectoriesAreOpenToReadersAndClosedToOtherWriters)
+{
+    make_adaptive(5, 0);
+    m_case.m_bLRotFAST = true;
+    save_case();
+    const mode_t mask = ::umask(0);
+    start(); // the controller takes the mask over
+    ::umask(mask);
+    EXPECT_EQ(ending(), kComplete);
+    for (const char* name : { "Debug_Files", "Process_Output", "Grid_Output", "Solver_Input",
+             "Body_Pressure", "Grid_Output/Grid_History", "Rotor_Performance" })
+        EXPECT_EQ(mode_of(name), 0755U) << name;
+}
+
+TEST_F(KindOfRun, DirectoriesOfARestartAreOpenToReadersAndClosedToOtherWriters)
+{
+    // Made by the solver's step and by the loop, where they were made by the grid before.
+    make_adaptive(4, 0);
+    make_restart(6);
+    m_case.m_bLBdyPrs = true;
+    std::filesystem::remove(root("Body_Pressure"));
+    save_case();
+    const mode_t mask = ::umask(0);
+    start();
+    ::umask(mask);
+    EXPECT_EQ(ending(), kComplete);
+    for (const char* name : { "Body_Pressure", "Grid_Output/Grid_History" })
+        EXPECT_EQ(mode_of(name), 0755U) << name;
+}
+
 TEST_F(KindOfRun, RestartOfAGridOnlyCaseRunsTheSolver)
 {
     make_restart(6);
     m_case.m_bGridOnly = true;
     EXPECT_EQ(run(), kComplete);
+    EXPECT_EQ(published(), "2 7 8");
     EXPECT_EQ(children(),
         child("Vortik_Solver", "@", 7, kSolver) + "  restart .TRUE. '@/named.Rst' up to 10\n");
     EXPECT_EQ(log(), kSolverLog);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/support/ControllerRun.h"
-#include "tests/links/support/RawBlock.h"
+#include "tests/controller/support/LinkPlaces.h"
 #include "tests/support/Waiting.h"
 
 #include <string>
@@ -100,6 +100,18 @@ TEST_F(PublishedProgress, CountsFromTheStepOfTheRestart)
     make_restart(4);
     plan("Vortik_Solver 1 figures 7 0 0 0");
     expect_seen("Vortik_Solver 1", "step 7 of 10, residuals 0 0, sub-step 0, 100 seconds left");
+    expect_notes_of_run();
+}
+
+TEST_F(PublishedProgress, CountsFromTheStepOfAnAdaptiveRestartInAllItsSegments)
+{
+    // From 6 on: (7 - 6) of (10 - 6) is a quarter, and (8 - 6) is a half in the next segment.
+    make_adaptive(4, 0);
+    make_restart(6);
+    plan("Vortik_Solver 1 figures 7 0 0 0");
+    expect_seen("Vortik_Solver 1", "step 7 of 10, residuals 0 0, sub-step 0, 300 seconds left");
+    plan("Vortik_Solver 2 figures 8 0 0 0");
+    expect_seen("Vortik_Solver 2", "step 8 of 10, residuals 0 0, sub-step 0, 100 seconds left");
     expect_notes_of_run();
 }
 
@@ -231,12 +243,8 @@ TEST_F(BrokenLink, AsksForNoStop)
     start();
     await("19: ");
     break_front_end_link(true);
-    // The flag, the first byte of the record, behind the head of the link.
-    constexpr std::size_t kFirstLink = 400;
-    constexpr std::size_t kLinkBytes = 4616;
-    constexpr std::size_t kRecord = 516;
     const RawBlock block;
-    block.data()[kFirstLink + front_end().GetLinkID() * kLinkBytes + kRecord] = 1;
+    *record_of(block, front_end().GetLinkID()) = 1; // the flag is its first byte
     let_go();
     EXPECT_EQ(finish(), "0");
     EXPECT_EQ(completion(), "8\n");

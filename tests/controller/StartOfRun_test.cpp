@@ -97,6 +97,14 @@ TEST_F(StartOfRun, TakesACaseThroughADirectoryThatIsALink)
     EXPECT_EQ(errors(), "");
 }
 
+TEST_F(StartOfRun, LooksAtNoOtherParameter)
+{
+    save_case();
+    start({ "stray", "-root=" + aside("."), "-input=" + root("wing.vrk"), "-restart=1", "-2" }, "",
+        programs());
+    expect_complete_run();
+}
+
 TEST_F(StartOfRun, FindsProgramsBesideAControllerStartedByARelativePath)
 {
     expect_start_as("programs/Vortik_Controller", aside("."));
@@ -175,6 +183,7 @@ TEST_F(StartOfRun, WithoutACaseFileFailsInTheLogOfTheRun)
 {
     start();
     EXPECT_EQ(ending(), "status 255, step 0, file missing");
+    EXPECT_EQ(published(), "");
     EXPECT_EQ(errors(), kUnreadable);
     EXPECT_EQ(log(), "");
     EXPECT_EQ(inherited(), "");
@@ -239,6 +248,7 @@ TEST_F(StartOfRun, MutexThatCannotBeMadeFailsBehindTheCompletionFile)
 {
     set("VORTIK_TEST_FAIL_MUTEX", "1");
     EXPECT_EQ(run(), "status 255, step 0, file -9<end>");
+    EXPECT_EQ(published(), "");
     EXPECT_EQ(errors(), "CONTROLLER ERROR:  Could not initialize controller mutex\n");
     EXPECT_FALSE(file_exists(root("wing.vrk")));
 }
@@ -312,6 +322,7 @@ TEST_F(StartOfRun, UpdateThreadThatCannotStartIsPublishedAndWritten)
 {
     set("VORTIK_TEST_FAIL_THREAD", "2"); // behind that of the link manager
     EXPECT_EQ(run(), "status 255, step -2, file -2<end>");
+    EXPECT_EQ(published(), "2 -2");
     EXPECT_EQ(errors(),
         "CONTROLLER ERROR: Failed to start update thread: Resource temporarily unavailable\n");
     EXPECT_EQ(children(), "");

@@ -20,7 +20,6 @@ struct StopAt {
     const char* program;
     int start; ///< of that program
     int place; ///< of it in the sequence, from 1 on
-    int step; ///< published while it runs
 };
 
 void PrintTo(const StopAt& stop, std::ostream* stream) { *stream << stop.name; }
@@ -69,44 +68,43 @@ TEST_P(StopOfAProgram, ReachesItAndEndsTheRunWithoutAWord)
     const std::string program = stop.program;
     EXPECT_EQ(stop_at(program + " " + std::to_string(stop.start), "await-stop"), "0");
     await("  saw the stop\n");
-    EXPECT_EQ(last_start(), std::to_string(stop.step) + " " + program);
-    EXPECT_TRUE(last_notes().ends_with("  waits\n  saw the stop\n")) << last_notes();
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
     EXPECT_EQ(errors(), "");
     EXPECT_EQ(inherited(), "");
     const Expected::Course course
         = stop.adaptive ? Expected::adaptive_course() : Expected::new_course();
     const Expected::Reached reached { stop.place };
+    EXPECT_EQ(published(), Expected::steps_of(course, reached) + " -8");
     EXPECT_EQ(children(), Expected::children_of(course, reached) + "  waits\n  saw the stop\n");
     EXPECT_EQ(log(), Expected::log_of(course, reached));
     EXPECT_EQ(files(), Expected::files_of(course, reached));
 }
 
 constexpr StopAt kStops[] = {
-    { "Octree", false, "TreeGen", 1, 1, 19 },
-    { "BodyFitter", false, "TreeGen", 2, 2, 20 },
-    { "Validator", false, "TreeGen", 3, 3, 21 },
-    { "Metrics", false, "TreeGen", 4, 4, 22 },
-    { "Extractor", false, "Vortik_Extractor", 1, 5, 4 },
-    { "PreCalc", false, "Vortik_PreCalc", 1, 6, 5 },
-    { "RotorProg", false, "Vortik_RotorProg", 1, 7, 6 },
-    { "Solver", false, "Vortik_Solver", 1, 8, 7 },
-    { "FirstSegment", true, "Vortik_Solver", 1, 8, 17 },
-    { "AdapterBefore", true, "Vortik_Adapter", 1, 9, 15 },
-    { "AdaptiveOctree", true, "TreeGen", 5, 10, 24 },
-    { "AdaptiveBodyFitter", true, "TreeGen", 6, 11, 25 },
-    { "AdaptiveValidator", true, "TreeGen", 7, 12, 26 },
-    { "AdaptiveMetrics", true, "TreeGen", 8, 13, 27 },
-    { "AdaptiveExtractor", true, "Vortik_Extractor", 2, 14, 14 },
-    { "AdapterAfter", true, "Vortik_Adapter", 2, 15, 15 },
-    { "AdaptiveRotorProg", true, "Vortik_RotorProg", 2, 16, 16 },
-    { "SecondSegment", true, "Vortik_Solver", 2, 17, 17 },
-    { "SecondCycle", true, "TreeGen", 9, 19, 24 },
+    { "Octree", false, "TreeGen", 1, 1 },
+    { "BodyFitter", false, "TreeGen", 2, 2 },
+    { "Validator", false, "TreeGen", 3, 3 },
+    { "Metrics", false, "TreeGen", 4, 4 },
+    { "Extractor", false, "Vortik_Extractor", 1, 5 },
+    { "PreCalc", false, "Vortik_PreCalc", 1, 6 },
+    { "RotorProg", false, "Vortik_RotorProg", 1, 7 },
+    { "Solver", false, "Vortik_Solver", 1, 8 },
+    { "FirstSegment", true, "Vortik_Solver", 1, 8 },
+    { "AdapterBefore", true, "Vortik_Adapter", 1, 9 },
+    { "AdaptiveOctree", true, "TreeGen", 5, 10 },
+    { "AdaptiveBodyFitter", true, "TreeGen", 6, 11 },
+    { "AdaptiveValidator", true, "TreeGen", 7, 12 },
+    { "AdaptiveMetrics", true, "TreeGen", 8, 13 },
+    { "AdaptiveExtractor", true, "Vortik_Extractor", 2, 14 },
+    { "AdapterAfter", true, "Vortik_Adapter", 2, 15 },
+    { "AdaptiveRotorProg", true, "Vortik_RotorProg", 2, 16 },
+    { "SecondSegment", true, "Vortik_Solver", 2, 17 },
+    { "SecondCycle", true, "TreeGen", 9, 19 },
 };
 
 INSTANTIATE_TEST_SUITE_P(At, StopOfAProgram, ::testing::ValuesIn(kStops), name_of);
 
-TEST_F(StoppedRun, KeepsTheLogUpToTheStop)
+TEST_F(StoppedRun, KeepsLogAndFilesUpToTheStop)
 {
     EXPECT_EQ(stop_at("Vortik_PreCalc 1", "await-stop"), "0");
     await("  saw the stop\n");
@@ -118,7 +116,25 @@ TEST_F(StoppedRun, KeepsTheLogUpToTheStop)
         "      running metrics calculation\n"
         "main: running extractor.\n"
         "main: running pre-calc.\n");
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 -8");
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
+    EXPECT_EQ(files(),
+        "Body_Pressure/\n"
+        "Body_Pressure/wing_body.Grd\n"
+        "Debug_Files/\n"
+        "Grid_Output/\n"
+        "Grid_Output/GeomBC.dat\n"
+        "Grid_Output/VRK.grd.L2G\n"
+        "Grid_Output/VRK.grid.dat\n"
+        "Grid_Output/wing.treegen\n"
+        "Grid_Output/wing_body.Grd\n"
+        "Process_Output/\n"
+        "Process_Output/Vortik_Controller.err\n"
+        "Process_Output/Vortik_Controller.out\n"
+        "Solver_Input/\n"
+        "Solver_Input/BndCnd.dat\n"
+        "Solver_Input/ParmFlw.h\n"
+        "completion\n");
 }
 
 TEST_F(StoppedRun, HybridStageIsNotReachedAndRunsOn)
@@ -130,7 +146,11 @@ TEST_F(StoppedRun, HybridStageIsNotReachedAndRunsOn)
     EXPECT_EQ(last_notes(), "  waits\n");
     let_go();
     await("  let go, stop flag 0\n");
-    EXPECT_EQ(sequence(), "23 TreeGen");
+    EXPECT_EQ(children(),
+        child("TreeGen", "@/Grid_Output", 23, Expected::kHybrid)
+            + "  waits\n  let go, stop flag 0\n");
+    EXPECT_EQ(published(), "2 23 -8");
+    EXPECT_EQ(log(), "main: running grid generator\n      running hybrid\n");
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
     EXPECT_EQ(errors(), "");
 }
@@ -145,7 +165,11 @@ TEST_F(StoppedRun, AdaptiveHybridStageIsNotReachedAndRunsOn)
     EXPECT_EQ(last_notes(), "  waits\n");
     let_go();
     await("  let go, stop flag 0\n");
-    EXPECT_EQ(last_start(), "28 TreeGen");
+    EXPECT_TRUE(children().ends_with(
+        child("TreeGen", "@/Grid_Output", 28, Expected::kAdaptedHybrid + " -gridTime=6")
+        + "  waits\n  let go, stop flag 0\n"))
+        << children();
+    EXPECT_EQ(published(), "2 23 21 22 4 5 6 17 15 28 -8");
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
     EXPECT_EQ(errors(), "");
 }
@@ -158,6 +182,7 @@ TEST_F(StoppedRun, ProgramThatDoesNotLookAtItsFlagIsNotWaitedFor)
     EXPECT_TRUE(last_notes().ends_with("  waits\n")) << last_notes(); // it hangs still
     let_go();
     await("  let go, stop flag 1\n");
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 7 -8");
     EXPECT_EQ(rest_of_ending(), "step -8, file -8\nclean");
     EXPECT_EQ(errors(), "");
 }
@@ -174,6 +199,7 @@ TEST_F(StoppedRun, BeforeTheFirstStepForwardsNothing)
     ask_to_stop();
     EXPECT_EQ(ending(), kStopped);
     EXPECT_EQ(children(), "");
+    EXPECT_EQ(published(), "2 -8");
     EXPECT_EQ(log(), "");
     EXPECT_EQ(errors(), "");
     EXPECT_EQ(files(),
@@ -196,6 +222,7 @@ TEST_F(StoppedRun, BetweenTwoStepsStartsNoOther)
     ask_to_stop();
     EXPECT_EQ(ending(), kStopped);
     EXPECT_EQ(last_start(), "6 Vortik_RotorProg");
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 -8");
     EXPECT_EQ(errors(), "");
 }
 
@@ -213,6 +240,7 @@ TEST_F(StoppedRun, InTheMiddleOfAnArchiveLeavesWhatIsThere)
     ask_to_stop();
     EXPECT_EQ(ending(), kStopped);
     EXPECT_EQ(last_start(), "27 TreeGen");
+    EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 17 15 24 25 26 27 -8");
     EXPECT_FALSE(file_exists(root("Body_Pressure/wing_00009_body.Grd")));
     EXPECT_FALSE(file_exists(root("Grid_Output/Grid_History/wing_00008.Grd")));
     EXPECT_EQ(errors(), "");

@@ -2,7 +2,8 @@
 #include "tests/controller/support/ControllerRun.h"
 
 #include "links/LinkManager.h"
-#include "tests/links/support/RawBlock.h"
+#include "links/SolverConLink.h"
+#include "tests/controller/support/LinkPlaces.h"
 #include "tests/support/PrivateObjects.h"
 #include "tests/support/Programs.h"
 #include "tests/support/Waiting.h"
@@ -337,13 +338,13 @@ void ControllerRun::forget_the_dead() const
 
 void ControllerRun::break_front_end_link(bool broken) const
 {
-    constexpr std::size_t kFirstLink = 400;
-    constexpr std::size_t kLinkBytes = 4616;
-    constexpr std::size_t kSizeOffset = 1; // of the record, behind the count of attachments
+    break_link(m_case.m_uintGUILinkID, broken);
+}
+
+void ControllerRun::spoil_child_record() const
+{
     const RawBlock block;
-    const std::uint16_t size = broken ? 57 : 56;
-    std::memcpy(block.data() + kFirstLink + m_case.m_uintGUILinkID * kLinkBytes + kSizeOffset,
-        &size, sizeof size);
+    std::memset(record_of(block, m_case.m_uintGUILinkID + 1), 1, sizeof(Tavro::SolverRecord));
 }
 
 std::string ControllerRun::root(const std::string& name) const
@@ -415,6 +416,15 @@ int ControllerRun::published_step() const
     VRK::ControllerStep step {};
     (void)m_pFrontEnd->GetStep(step); // a 0 is no step
     return step;
+}
+
+std::string ControllerRun::published() const
+{
+    if (!file_exists(aside("published")))
+        return "";
+    std::string steps = read_file(aside("published"));
+    steps.pop_back(); // the blank behind the last
+    return steps;
 }
 
 std::string ControllerRun::links_left() const

@@ -80,6 +80,9 @@ protected:
     void forget_the_dead() const;
     /// Makes the front end's link one that refuses every write and read of its record, or heals it.
     void break_front_end_link(bool broken) const;
+    /// Fills the record of the link that all step programs get with ones, as a former owner might
+    /// have left it.
+    void spoil_child_record() const;
 
     [[nodiscard]] std::string root(const std::string& name = "") const;
     [[nodiscard]] std::string programs(const std::string& name = "") const;
@@ -101,6 +104,9 @@ protected:
     [[nodiscard]] std::string files() const;
     /// The step on the front end's link.
     [[nodiscard]] int published_step() const;
+    /// All steps that the front end could see, one behind the other: "2 19 -3". One that is
+    /// published twice in a row stands once.
+    [[nodiscard]] std::string published() const;
     [[nodiscard]] VRK::GUIConLink& front_end() { return *m_pFrontEnd; }
     /// Waits until nobody but the front end has a slot or a link: "clean", or who has.
     [[nodiscard]] std::string links_left() const;

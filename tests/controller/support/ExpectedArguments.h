@@ -27,6 +27,16 @@ inline const std::string kValidator = kGridHead + "-ov=VRK.grid.dat -soa -sea";
 inline const std::string kMetrics = kGridHead
     + "-f=VRK.grid.dat -tx=10 -ty=20.5 -tz=-3 -osm=@/Grid_Output//wing_body.Grd -soa -sea";
 
+/// Of a hybrid grid whose viscous input is "visc.inp" in the run, with the body fitter and without
+/// prisms.
+inline const std::string kHybridHead
+    = kGridHead + "-hyb=@/visc.inp -exm=@/Grid_Output//ex_grid_struct_map.dat ";
+inline const std::string kHybrid = kHybridHead + kWholeGrid + " -b -sbi=body_fitter_input.dat";
+inline const std::string kAdaptedHybrid = kHybridHead
+    + "-i=@/Grid_Output/wing.treegen-adapted -f=VRK.grid.dat -tx=10 -ty=20.5 -tz=-3"
+      " -l2g=@/Grid_Output//VRK.grd.L2G -p=@/Solver_Input//ParmFlw.h"
+      " -b -sbi=body_fitter_input.dat";
+
 inline const std::string kDirectories
     = " --Grid_Output=Grid_Output/ --Solver_Input=Solver_Input/ --Process_Output=Process_Output/";
 inline const std::string kExtractor = "-linkid=1 --ModelDir=@/" + kDirectories;

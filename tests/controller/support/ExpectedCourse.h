@@ -16,6 +16,7 @@ namespace Testing::Expected {
 /// One program of a run, with what the controller does between the program before and it. Names of
 /// files stand with a blank between them; "-" before one means that it is no longer there.
 struct Stage {
+    int step; ///< published before all else of it
     std::string announced; ///< printed before the program's link is made
     std::string begun; ///< printed when it is
     std::string child; ///< the program's record
@@ -39,11 +40,12 @@ inline Course grid_course(const std::string& time, int firstStep, const std::str
         return child("TreeGen", "@/Grid_Output", firstStep + stage, arguments + time);
     };
     return {
-        { "main: running grid generator\n", "      running octree\n", tree_gen(0, octree), "",
+        { firstStep, "main: running grid generator\n", "      running octree\n",
+            tree_gen(0, octree), "",
             "Grid_Output/VRK.grid.dat Grid_Output/VRK.grd.L2G Solver_Input/ParmFlw.h" },
-        { "", "      running body fitter\n", tree_gen(1, kBodyFitter), "", "" },
-        { "", "      running validator\n", tree_gen(2, kValidator), "", "" },
-        { "", "      running metrics calculation\n", tree_gen(3, kMetrics), "",
+        { firstStep + 1, "", "      running body fitter\n", tree_gen(1, kBodyFitter), "", "" },
+        { firstStep + 2, "", "      running validator\n", tree_gen(2, kValidator), "", "" },
+        { firstStep + 3, "", "      running metrics calculation\n", tree_gen(3, kMetrics), "",
             "Grid_Output/wing_body.Grd" },
     };
 }
@@ -56,21 +58,21 @@ inline Course preparation_course(
     course[0].prepared = "Debug_Files/ Process_Output/ Process_Output/Vortik_Controller.err "
                          "Process_Output/Vortik_Controller.out Grid_Output/ Solver_Input/ "
                          "Grid_Output/wing.treegen completion";
-    course.push_back({ "main: running extractor.\n", "",
+    course.push_back({ 4, "main: running extractor.\n", "",
         child("Vortik_Extractor" + omp, "@", 4, kExtractor + threads),
         "Body_Pressure/ Body_Pressure/wing_body.Grd Solver_Input/BndCnd.dat",
         "Grid_Output/GeomBC.dat" });
-    course.push_back({ "main: running pre-calc.\n", "",
+    course.push_back({ 5, "main: running pre-calc.\n", "",
         child("Vortik_PreCalc" + omp, "@", 5, kPreCalc + threads), "", "" });
-    course.push_back({ "main: running rotor prog.\n", "",
+    course.push_back({ 6, "main: running rotor prog.\n", "",
         child("Vortik_RotorProg" + omp, "@", 6, kRotorProg + threads), "Solver_Input/wing.SlvrRot",
         "" });
     return course;
 }
 
-inline Stage solver_stage(const std::string& solver, const std::string& prepared)
+inline Stage solver_stage(int step, const std::string& solver, const std::string& prepared)
 {
-    return { "main: running solver.\n", "", solver,
+    return { step, "main: running solver.\n", "", solver,
         "Solver_Input/wing.SlvrMain Solver_Input/wing.Tgrid Solver_Input/wing_moment_table.dat "
             + prepared,
         "Restarts/ Restarts/wing.Rst" };
@@ -81,7 +83,7 @@ inline Course new_course()
 {
     Course course = preparation_course("");
     course.push_back(solver_stage(
-        child("Vortik_Solver", "@", 7, kSolver) + "  restart .FALSE. ' ' up to 10\n", ""));
+        7, child("Vortik_Solver", "@", 7, kSolver) + "  restart .FALSE. ' ' up to 10\n", ""));
     return course;
 }
 
@@ -89,7 +91,7 @@ inline Course new_course()
 inline void add_adaptation(
     Course& course, const std::string& time, const std::string& when, const std::string& archived)
 {
-    course.push_back({ "main: running adaptive pre-calc.\n", "",
+    course.push_back({ 15, "main: running adaptive pre-calc.\n", "",
         child("Vortik_Adapter", "@", 15, kAdapter) + "  stage 1 of " + when + "\n",
         "Restarts/wing.old.Rst Solver_Input/ParmFlw.old.h Grid_Output/GeomBC.old.dat "
         "Solver_Input/wing.AdptrMain",
@@ -97,13 +99,13 @@ inline void add_adaptation(
     Course grid = grid_course(time, 24, kAdaptedOctree);
     grid[0].prepared = "Grid_Output/wing.treegen-adapted";
     course.insert(course.end(), grid.begin(), grid.end());
-    course.push_back({ "main: running extractor.\n", "",
+    course.push_back({ 14, "main: running extractor.\n", "",
         child("Vortik_Extractor", "@", 14, kExtractor),
         "-Grid_Output/wing.treegen-adapted Grid_Output/wing.treegen-adapted.old " + archived, "" });
-    course.push_back({ "main: running adaptive pre-calc.\n", "",
+    course.push_back({ 15, "main: running adaptive pre-calc.\n", "",
         child("Vortik_Adapter", "@", 15, kAdapter) + "  stage 2 of " + when + "\n", "",
         "Restarts/wing.new.Rst" });
-    course.push_back({ "main: running rotor prog.\n", "",
+    course.push_back({ 16, "main: running rotor prog.\n", "",
         child("Vortik_RotorProg", "@", 16, kRotorProg), "", "" });
 }
 
@@ -112,8 +114,9 @@ inline Course first_segment_course(const std::string& omp = "", const std::strin
 {
     Course course = preparation_course(" -gridTime=2", omp, threads);
     course[4].prepared += " Grid_Output/Grid_History/ Grid_Output/Grid_History/wing_00000.Grd";
-    course.push_back(solver_stage(child("Vortik_Solver" + omp, "@", 17,
-                                      kSolverHead + threads + " --Adaptive=1 --LastAdaptive=0")
+    course.push_back(solver_stage(17,
+        child("Vortik_Solver" + omp, "@", 17,
+            kSolverHead + threads + " --Adaptive=1 --LastAdaptive=0")
             + "  restart .FALSE. ' ' up to 4\n",
         "Solver_Input/AdaptBoxes.dat Body_Pressure/wing_00003_body.Grd "
         "Grid_Output/Grid_History/wing_00002.Grd Grid_Output/Grid_History/wing_00004.Grd"));
@@ -128,17 +131,29 @@ inline Course adaptive_course()
     add_adaptation(course, " -gridTime=6", "cycle 1 at 4",
         "Body_Pressure/wing_00006_body.Grd Grid_Output/Grid_History/wing_00006.Grd "
         "Grid_Output/Grid_History/wing_00008.Grd");
-    course.push_back(solver_stage(child("Vortik_Solver", "@", 17, kCycleSolver)
+    course.push_back(solver_stage(17,
+        child("Vortik_Solver", "@", 17, kCycleSolver)
             + "  restart .TRUE. '@//Restarts/wing.new.Rst' up to 8\n",
         ""));
     add_adaptation(course, " -gridTime=8", "cycle 2 at 8",
         "Body_Pressure/wing_00009_body.Grd Body_Pressure/wing_00010_body.Grd "
         "Body_Pressure/wing_00012_body.Grd Grid_Output/Grid_History/wing_00010.Grd "
         "Grid_Output/Grid_History/wing_00012.Grd");
-    course.push_back(solver_stage(child("Vortik_Solver", "@", 17, kLastCycleSolver)
+    course.push_back(solver_stage(17,
+        child("Vortik_Solver", "@", 17, kLastCycleSolver)
             + "  restart .TRUE. '@//Restarts/wing.new.Rst' up to 10\n",
         ""));
     return course;
+}
+
+/// All that the front end has seen, but for how the run ended.
+inline std::string steps_of(const Course& course, const Reached& reached)
+{
+    std::string all = "2";
+    const int begun = reached.programs + (reached.announced ? 1 : 0);
+    for (int i = 0; i < begun; ++i)
+        all += " " + std::to_string(course[static_cast<std::size_t>(i)].step);
+    return all;
 }
 
 inline std::string children_of(const Course& course, const Reached& reached)

@@ -4,16 +4,22 @@
 //   VORTIK_TEST_SECONDS       "A B": the clock shows A when it is first asked and B from then on
 //   VORTIK_TEST_FAIL_MUTEX    the mutex of this number cannot be made
 //   VORTIK_TEST_FAIL_THREAD   the thread of this number cannot be made
+//   VORTIK_TEST_DIRECTORY     "published" in it gets every step that the front end could see
+//   VORTIK_TEST_LINK          the front end's link
 #include "controller/Clock.h"
 #include "controller/RunController.h"
+#include "tests/controller/support/LinkPlaces.h"
 
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <sstream>
 #include <string>
 
 #include <pthread.h>
+#include <semaphore.h>
 
 namespace {
 
@@ -37,6 +43,24 @@ std::int64_t given_seconds()
     std::int64_t later = 0;
     std::istringstream(variable("VORTIK_TEST_SECONDS")) >> first >> later;
     return asked.exchange(true) ? later : first;
+}
+
+/// To be called under the lock of the links, so that no change is missed.
+void note_published_step()
+{
+    static const Testing::RawBlock block;
+    static const auto link = static_cast<unsigned>(std::stoul(variable("VORTIK_TEST_LINK")));
+    const auto published = [] {
+        std::int32_t step = 0;
+        std::memcpy(&step, Testing::record_of(block, link) + 4, sizeof step);
+        return step;
+    };
+    static std::int32_t last = published();
+    const std::int32_t step = published();
+    if (step == last)
+        return;
+    last = step;
+    std::ofstream(variable("VORTIK_TEST_DIRECTORY") + "/published", std::ios::app) << step << ' ';
 }
 
 } // namespace
@@ -63,6 +87,15 @@ int __wrap_pthread_create(
     if (fails(calls, "VORTIK_TEST_FAIL_THREAD"))
         return errno = EAGAIN;
     return __real_pthread_create(thread, attributes, entry, argument);
+}
+
+int __real_sem_post(sem_t* semaphore);
+
+/// The semaphore is that of the links, which is given back behind every change of a record.
+int __wrap_sem_post(sem_t* semaphore)
+{
+    note_published_step();
+    return __real_sem_post(semaphore);
 }
 // NOLINTEND(bugprone-reserved-identifier)
 }

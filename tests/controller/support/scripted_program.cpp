@@ -15,13 +15,20 @@
 //   hold                       wait for a file "go" beside the plan, then note the stop flag
 //   figures STEP TOTAL MAX SUB publish the solver's figures
 //   front-end TEXT             wait until the front end sees TEXT, and note what it sees
+//   fields                     note what of the link's record the controller should have cleared
+//   report                     report success now
+//   break                      let nobody read or write the link's record
+//   heal                       let them again
 //   write PATH TEXT            a file, one line; below the directory of the run
 //   remove PATH
 //   pipe PATH
+// At its start the word in the completion file should be that of a run that goes on; if it is not,
+// that is noted.
 #include "links/GUIConLink.h"
 #include "links/GeneralConLink.h"
 #include "links/LinkManager.h"
 #include "links/SolverConLink.h"
+#include "tests/controller/support/LinkPlaces.h"
 #include "tests/support/Files.h"
 #include "tests/support/Waiting.h"
 
@@ -132,11 +139,11 @@ public:
         LinkManager::Result result = LinkManager::Startup();
         m_pFrontEnd = std::make_unique<VRK::GUIConLink>(
             static_cast<unsigned>(std::stoul(std::getenv("VORTIK_TEST_LINK"))), result);
-        const auto link = static_cast<unsigned>(std::stoul(option("-linkid=", "4294967295")));
+        m_link = static_cast<unsigned>(std::stoul(option("-linkid=", "4294967295")));
         if (is_solver())
-            m_pSolver = std::make_unique<Tavro::SolverConLink>(link, result);
+            m_pSolver = std::make_unique<Tavro::SolverConLink>(m_link, result);
         else
-            m_pGeneral = std::make_unique<Tavro::GeneralConLink>(link, result);
+            m_pGeneral = std::make_unique<Tavro::GeneralConLink>(m_link, result);
         m_linked = result == LinkManager::Success;
     }
 
@@ -188,6 +195,10 @@ private:
         note(line);
         if (!m_linked)
             note("  has no link");
+        const Words completion = lines_of(in_root("completion"));
+        if (completion != Words { "-9" })
+            note("  found the completion file with " + std::to_string(completion.size())
+                + " lines: " + (completion.empty() ? "" : completion[0]));
         if (m_name.starts_with("Vortik_Adapter")) {
             const std::string card = "wing.AdptrMain";
             note("  stage " + card_value(card, "stage") + " of cycle "
@@ -255,6 +266,12 @@ private:
             std::getline(words, wanted);
             (void)Testing::wait_until([&] { return seen_by_front_end() == wanted; });
             note("  " + seen_by_front_end());
+        } else if (command == "fields") {
+            note("  " + (is_solver() ? solver_fields() : general_fields()));
+        } else if (command == "report") {
+            report();
+        } else if (command == "break" || command == "heal") {
+            Testing::break_link(m_link, command == "break");
         } else {
             std::string path;
             std::string text;
@@ -264,7 +281,7 @@ private:
             if (command == "write")
                 Testing::write_file(path, text + "\n");
             else if (command == "remove")
-                std::filesystem::remove(path);
+                std::filesystem::remove_all(path);
             else if (command == "pipe" && ::mkfifo(path.c_str(), 0600) == 0)
                 return;
             else
@@ -291,6 +308,40 @@ private:
         (void)m_pSolver->SetMaxMassResidual(max);
         (void)m_pSolver->SetSubStep(sub);
         (void)m_pSolver->SetStepNumber(step);
+    }
+
+    [[nodiscard]] std::string solver_fields() const
+    {
+        bool stop = true;
+        bool success = true;
+        int step = 1;
+        double sub = 1.0;
+        double total = 1.0;
+        double max = 1.0;
+        (void)m_pSolver->GetStop(stop); // ones are seen in the record
+        (void)m_pSolver->GetSuccessfulCompletion(success);
+        (void)m_pSolver->GetStepNumber(step);
+        (void)m_pSolver->GetSubStep(sub);
+        (void)m_pSolver->GetTotalMassResidual(total);
+        (void)m_pSolver->GetMaxMassResidual(max);
+        std::ostringstream text;
+        text.imbue(std::locale::classic());
+        text << "stop " << stop << ", success " << success << ", step " << step << ", sub-step "
+             << sub << ", residuals " << total << " " << max;
+        return text.str();
+    }
+
+    [[nodiscard]] std::string general_fields() const
+    {
+        bool stop = true;
+        bool success = true;
+        int state = 1;
+        (void)m_pGeneral->GetStop(stop); // ones are seen in the record
+        (void)m_pGeneral->GetSuccessfulCompletion(success);
+        (void)m_pGeneral->GetCompletionState(state);
+        const std::string first = "stop " + std::to_string(int { stop });
+        return m_name == "TreeGen" ? first + ", state " + std::to_string(state)
+                                   : first + ", success " + std::to_string(int { success });
     }
 
     [[nodiscard]] std::string seen_by_front_end() const
@@ -333,6 +384,7 @@ private:
     std::unique_ptr<VRK::GUIConLink> m_pFrontEnd;
     std::unique_ptr<Tavro::GeneralConLink> m_pGeneral;
     std::unique_ptr<Tavro::SolverConLink> m_pSolver;
+    unsigned m_link = 0;
     bool m_linked = false;
     bool m_succeeds = true;
     bool m_crashes = false;
