@@ -1,72 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/controller/support/ControllerRun.h"
-#include "tests/controller/support/ExpectedArguments.h"
+#include "tests/controller/support/AdaptiveRunTest.h"
 #include "tests/controller/support/ExpectedCourse.h"
 
-#include <string>
-
-// Runs with solution-adaptive cycles. The case has 10 steps: four of length 0.5, then six of 1, so
-// that step 3 is at 1.5, step 4 at 2, step 6 at 4, step 8 at 6, step 9 at 7 and step 10, like all
-// beyond it, at 8. Solutions are saved every second step, body pressures every third.
+// New runs with solution-adaptive cycles.
 
 namespace Testing {
 
 namespace {
 
-using namespace Expected;
-
-const std::string kComplete = "status 0, step 8, file 8<end>";
-
-const std::string kGridLog = "main: running grid generator\n"
-                             "      running octree\n"
-                             "      running body fitter\n"
-                             "      running validator\n"
-                             "      running metrics calculation\n";
-const std::string kNewLog = kGridLog
-    + "main: running extractor.\n"
-      "main: running pre-calc.\n"
-      "main: running rotor prog.\n";
-const std::string kSolverLog = "main: running solver.\n";
-const std::string kCycleLog = "main: running adaptive pre-calc.\n" + kGridLog
-    + "main: running extractor.\n"
-      "main: running adaptive pre-calc.\n"
-      "main: running rotor prog.\n"
-    + kSolverLog;
-
-const std::string kNewSequence
-    = "19 TreeGen, 20 TreeGen, 21 TreeGen, 22 TreeGen, 4 Vortik_Extractor, 5 Vortik_PreCalc, "
-      "6 Vortik_RotorProg, 17 Vortik_Solver";
-
-/// The children of a new run before its first segment.
-std::string preparation(const std::string& gridTime)
-{
-    const std::string time = " -gridTime=" + gridTime;
-    return child("TreeGen", "@/Grid_Output", 19, kOctree + time)
-        + child("TreeGen", "@/Grid_Output", 20, kBodyFitter + time)
-        + child("TreeGen", "@/Grid_Output", 21, kValidator + time)
-        + child("TreeGen", "@/Grid_Output", 22, kMetrics + time)
-        + child("Vortik_Extractor", "@", 4, kExtractor) + child("Vortik_PreCalc", "@", 5, kPreCalc)
-        + child("Vortik_RotorProg", "@", 6, kRotorProg);
-}
-
-/// The children of an adaptation, before its segment; `when` is "cycle 1 at 4".
-std::string adaptation(const std::string& gridTime, const std::string& when)
-{
-    const std::string time = " -gridTime=" + gridTime;
-    return child("Vortik_Adapter", "@", 15, kAdapter) + "  stage 1 of " + when + "\n"
-        + child("TreeGen", "@/Grid_Output", 24, kAdaptedOctree + time)
-        + child("TreeGen", "@/Grid_Output", 25, kBodyFitter + time)
-        + child("TreeGen", "@/Grid_Output", 26, kValidator + time)
-        + child("TreeGen", "@/Grid_Output", 27, kMetrics + time)
-        + child("Vortik_Extractor", "@", 14, kExtractor)
-        + child("Vortik_Adapter", "@", 15, kAdapter) + "  stage 2 of " + when + "\n"
-        + child("Vortik_RotorProg", "@", 16, kRotorProg);
-}
-
-std::string segment(const std::string& arguments, const std::string& restart)
-{
-    return child("Vortik_Solver", "@", 17, arguments) + "  restart " + restart + "\n";
-}
+using namespace Adaptive;
 
 const std::string kFirstSegmentTo4 = segment(kCycleSolver, ".FALSE. ' ' up to 4");
 
@@ -80,40 +22,6 @@ const std::string kTime1_5("\0\0\0\0\0\0\xf8\x3f", 8);
 const std::string kTime4("\0\0\0\0\0\0\x10\x40", 8);
 const std::string kTime7("\0\0\0\0\0\0\x1c\x40", 8);
 const std::string kTime8("\0\0\0\0\0\0\x20\x40", 8);
-
-/// Names of the two histories alone.
-std::string history(const std::string& files)
-{
-    std::string names;
-    for (std::size_t begin = 0; begin < files.size();) {
-        const auto end = files.find('\n', begin);
-        const std::string name = files.substr(begin, end - begin);
-        const auto slash = name.rfind('/');
-        if ((name.starts_with("Grid_Output/Grid_History/")
-                || name.starts_with("Body_Pressure/wing_0"))
-            && slash + 1 != name.size())
-            names += name.substr(slash + 1) + " ";
-        begin = end + 1;
-    }
-    return names;
-}
-
-class AdaptiveRun : public ControllerRun {
-protected:
-    void expect_quiet() const
-    {
-        EXPECT_EQ(errors(), "");
-        EXPECT_EQ(inherited(), "");
-    }
-    [[nodiscard]] std::string grid(const std::string& tag) const
-    {
-        return file("Grid_Output/Grid_History/wing_" + tag + ".Grd");
-    }
-    [[nodiscard]] std::string body(const std::string& tag) const
-    {
-        return file("Body_Pressure/wing_" + tag + "_body.Grd");
-    }
-};
 
 TEST_F(AdaptiveRun, LengthThatIsNoMultipleOfThePeriodEndsWithATargetBeyondIt)
 {
@@ -217,10 +125,10 @@ TEST_F(AdaptiveRun, LengthThatIsAMultipleOfThePeriodEndsThere)
             + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
     EXPECT_EQ(log(), kNewLog + kSolverLog + kCycleLog);
     expect_quiet();
-    EXPECT_EQ(history(files()),
-        "wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
-        "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
-        "wing_00010.Grd ");
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd ",
+        kFilesBehindCycles);
 }
 
 TEST_F(AdaptiveRun, StartBetweenPeriodsIsFollowedByASegmentUpToTheNextPeriod)
@@ -238,11 +146,11 @@ TEST_F(AdaptiveRun, StartBetweenPeriodsIsFollowedByASegmentUpToTheNextPeriod)
             + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
     EXPECT_EQ(log(), kNewLog + kSolverLog + kSolverLog + kCycleLog + kCycleLog);
     expect_quiet();
-    EXPECT_EQ(history(files()),
-        "wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
-        "wing_00012_body.Grd "
-        "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
-        "wing_00010.Grd wing_00012.Grd ");
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00012_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd wing_00012.Grd ",
+        kFilesBehindCycles);
 }
 
 TEST_F(AdaptiveRun, EndIsFollowedByOneSegmentToTheEndOfTheRun)
@@ -260,6 +168,10 @@ TEST_F(AdaptiveRun, EndIsFollowedByOneSegmentToTheEndOfTheRun)
             + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.Rst' up to 10"));
     EXPECT_EQ(log(), kNewLog + kSolverLog + kCycleLog + kCycleLog + kCycleLog + kSolverLog);
     expect_quiet();
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd ",
+        kFilesBehindCycles);
     // The grid of the last segment is no new one.
     EXPECT_EQ(grid("00008"), "# 1 2.5 3e+06 6 1\ngrid 13\n\n");
     EXPECT_EQ(grid("00010"), "# 1 2.5 3e+06 8 0\ngrid 13\n\n");
@@ -272,16 +184,16 @@ TEST_F(AdaptiveRun, StartBeyondTheRunIsOneSegment)
     make_adaptive(4, 20);
     EXPECT_EQ(run(), kComplete);
     EXPECT_EQ(published(), "2 19 20 21 22 4 5 6 17 8");
-    EXPECT_EQ(sequence(), kNewSequence);
+    EXPECT_EQ(children(), preparation("2") + segment(kCycleSolver, ".FALSE. ' ' up to 10"));
     EXPECT_EQ(log(), kNewLog + kSolverLog);
     expect_quiet();
     // Archived are the steps up to 20: 3, 6, ..., 18 and 10; 2, 4, ..., 20.
-    EXPECT_EQ(history(files()),
-        "wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
-        "wing_00012_body.Grd wing_00015_body.Grd wing_00018_body.Grd "
-        "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
-        "wing_00010.Grd wing_00012.Grd wing_00014.Grd wing_00016.Grd wing_00018.Grd "
-        "wing_00020.Grd ");
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00012_body.Grd wing_00015_body.Grd wing_00018_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd wing_00012.Grd wing_00014.Grd wing_00016.Grd wing_00018.Grd "
+                 "wing_00020.Grd ",
+        kFilesBehindCycles - kFilesOfAnAdaptation);
 }
 
 TEST_F(AdaptiveRun, WithoutTimeStepsEndsBeforeTheSolver)
@@ -293,7 +205,10 @@ TEST_F(AdaptiveRun, WithoutTimeStepsEndsBeforeTheSolver)
     EXPECT_EQ(children(), preparation("0"));
     EXPECT_EQ(log(), kNewLog);
     expect_quiet();
-    EXPECT_EQ(history(files()), "wing_00000.Grd ");
+    expect_files("wing_00000.Grd ",
+        kFilesBehindCycles - kFilesOfAnAdaptation
+            - Names { "Restarts/", "Restarts/wing.Rst", "Solver_Input/wing.SlvrMain",
+                "Solver_Input/wing.Tgrid", "Solver_Input/wing_moment_table.dat" });
 }
 
 TEST_F(AdaptiveRun, WithoutSavedSolutionsTheGridIsThatOfTimeZero)
@@ -306,9 +221,9 @@ TEST_F(AdaptiveRun, WithoutSavedSolutionsTheGridIsThatOfTimeZero)
             + adaptation("0", "cycle 1 at 5")
             + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
     expect_quiet();
-    EXPECT_EQ(history(files()),
-        "wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
-        "wing_00000.Grd wing_00010.Grd ");
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00010.Grd ",
+        kFilesBehindCycles);
 }
 
 TEST_F(AdaptiveRun, HybridCaseAdaptsWithTheHybridStage)
@@ -350,6 +265,10 @@ TEST_F(AdaptiveRun, HybridCaseAdaptsWithTheHybridStage)
     // The viscous input is that of the case, and no cycle writes it again.
     EXPECT_EQ(file("visc.inp"), "by the adapter\n");
     expect_quiet();
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd ",
+        kFilesBehindCycles + Names { "visc.inp" });
 }
 
 TEST_F(AdaptiveRun, WithoutRotorsAndBodiesACycleLeavesTheirProgramsOut)
@@ -378,6 +297,12 @@ TEST_F(AdaptiveRun, WithoutRotorsAndBodiesACycleLeavesTheirProgramsOut)
     // There is no body grid: its copies are headers of nothing.
     EXPECT_EQ(body("00010").size(), 52U);
     expect_quiet();
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd ",
+        kFilesBehindCycles
+            - Names { "Body_Pressure/wing_body.Grd", "Grid_Output/wing_body.Grd",
+                "Solver_Input/wing.SlvrRot" });
 }
 
 TEST_F(AdaptiveRun, ThreadedCyclesTakeTheThreadedPrograms)
@@ -414,6 +339,10 @@ TEST_F(AdaptiveRun, ThreadedCyclesTakeTheThreadedPrograms)
             + "  restart .TRUE. '@//Restarts/wing.new.Rst' up to 10\n");
     EXPECT_EQ(log(), kNewLog + kSolverLog + kCycleLog);
     expect_quiet();
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd ",
+        kFilesBehindCycles);
 }
 
 TEST_F(AdaptiveRun, MissingLabelsAreSaidAndTheCycleGoesOn)
@@ -431,121 +360,11 @@ TEST_F(AdaptiveRun, MissingLabelsAreSaidAndTheCycleGoesOn)
               "main: running rotor prog.\n"
             + kSolverLog);
     expect_quiet();
-}
-
-TEST_F(AdaptiveRun, RestartOnThePeriodAdaptsAtOnceWithTheNamedFile)
-{
-    make_adaptive(4, 0);
-    make_restart(4);
-    plan("Vortik_Solver 1 hold");
-    save_case();
-    start();
-    await("up to 8");
-    EXPECT_EQ(file("Restarts/wing.old.Rst"), std::string(28, 'n') + '\x04' + std::string(3, '\0'));
-    EXPECT_EQ(file("Solver_Input/ParmFlw.old.h"), "former flow\n");
-    EXPECT_EQ(file("Grid_Output/GeomBC.old.dat"), "former conditions\n");
-    let_go();
-    EXPECT_EQ(ending(), kComplete);
-    EXPECT_EQ(published(), "2 15 24 25 26 27 14 15 16 17 15 24 25 26 27 14 15 16 17 8");
-    EXPECT_EQ(children(),
-        adaptation("6", "cycle 1 at 4")
-            + segment(kCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 8")
-            + "  let go, stop flag 0\n" + adaptation("8", "cycle 2 at 8")
-            + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
-    EXPECT_EQ(log(), kCycleLog + kCycleLog);
-    expect_quiet();
-    // The second cycle takes the solver's own file.
-    EXPECT_EQ(file("Restarts/wing.old.Rst"), std::string(28, 'r') + '\x08' + std::string(3, '\0'));
-    EXPECT_EQ(grid("00000"), "# 4 5 6 0.0 1\nformer\n\n");
-    EXPECT_EQ(history(files()),
-        "wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd wing_00012_body.Grd "
-        "wing_00000.Grd wing_00006.Grd wing_00008.Grd wing_00010.Grd wing_00012.Grd ");
-}
-
-TEST_F(AdaptiveRun, RestartBetweenPeriodsSolvesFromTheNamedFileFirst)
-{
-    make_adaptive(4, 0);
-    make_restart(6);
-    EXPECT_EQ(run(), kComplete);
-    EXPECT_EQ(published(), "2 17 15 24 25 26 27 14 15 16 17 8");
-    EXPECT_EQ(children(),
-        segment(kCycleSolver, ".TRUE. '@/named.Rst' up to 8") + adaptation("8", "cycle 1 at 8")
-            + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
-    EXPECT_EQ(log(), kSolverLog + kCycleLog);
-    expect_quiet();
-    EXPECT_EQ(file("Restarts/wing.old.Rst"), std::string(28, 'r') + '\x08' + std::string(3, '\0'));
-    EXPECT_EQ(grid("00008"), "# 4 5 6 6 1\nformer\n\n");
-}
-
-TEST_F(AdaptiveRun, RestartAtStepZeroUsesTheNamedFileOnlyForItsFirstSegment)
-{
-    make_adaptive(4, 0);
-    make_restart(0);
-    plan("Vortik_Adapter 1 fail");
-    EXPECT_EQ(run(), "status 255, step -15, file -15<end>");
-    EXPECT_EQ(published(), "2 17 15 -15");
-    EXPECT_EQ(children(),
-        segment(kCycleSolver, ".TRUE. '@/named.Rst' up to 4")
-            + child("Vortik_Adapter", "@", 15, kAdapter) + "  stage 1 of cycle 1 at 4\n");
-    EXPECT_EQ(file("Restarts/wing.old.Rst"), std::string(28, 'r') + '\x04' + std::string(3, '\0'));
-}
-
-TEST_F(AdaptiveRun, RestartBehindTheEndOfAdaptationSolvesToTheEndOfTheRun)
-{
-    make_adaptive(4, 0, 4);
-    make_restart(6);
-    m_case.m_bGridOnly = true; // not looked at in a restart
-    EXPECT_EQ(run(), kComplete);
-    EXPECT_EQ(published(), "2 17 8");
-    EXPECT_EQ(children(), segment(kLastCycleSolver, ".TRUE. '@/named.Rst' up to 10"));
-    EXPECT_EQ(log(), kSolverLog);
-    expect_quiet();
-    // The grid is none of a new adaptation.
-    EXPECT_EQ(grid("00008"), "# 4 5 6 6 0\nformer\n\n");
-    EXPECT_EQ(grid("00010"), "# 4 5 6 8 0\nformer\n\n");
-}
-
-TEST_F(AdaptiveRun, RestartBeforeTheStartOfAdaptationSolvesUpToItFirst)
-{
-    make_adaptive(3, 5);
-    make_restart(2);
-    EXPECT_EQ(run(), kComplete);
-    EXPECT_EQ(children(),
-        segment(kCycleSolver, ".TRUE. '@/named.Rst' up to 5")
-            + segment(kCycleSolver, ".TRUE. '@//Restarts/wing.Rst' up to 6")
-            + adaptation("6", "cycle 1 at 6")
-            + segment(kCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 9")
-            + adaptation("8", "cycle 2 at 9")
-            + segment(kLastCycleSolver, ".TRUE. '@//Restarts/wing.new.Rst' up to 10"));
-    EXPECT_EQ(log(), kSolverLog + kSolverLog + kCycleLog + kCycleLog);
-    expect_quiet();
-}
-
-TEST_F(AdaptiveRun, RestartKeepsAStartingGridThatIsThere)
-{
-    make_adaptive(4, 0);
-    make_restart(6);
-    make_directory(root("Grid_Output/Grid_History"));
-    write_file(root("Grid_Output/Grid_History/elder_00000.Grd"), "kept");
-    EXPECT_EQ(run(), kComplete);
-    EXPECT_EQ(history(files()),
-        "wing_00009_body.Grd wing_00010_body.Grd wing_00012_body.Grd "
-        "elder_00000.Grd wing_00008.Grd wing_00010.Grd wing_00012.Grd ");
-    EXPECT_EQ(file("Grid_Output/Grid_History/elder_00000.Grd"), "kept");
-    expect_quiet();
-}
-
-TEST_F(AdaptiveRun, RestartAtTheEndOfTheRunEndsWithoutASolver)
-{
-    make_adaptive(4, 0);
-    make_restart(10);
-    EXPECT_EQ(run(), kComplete);
-    EXPECT_EQ(published(), "2 8");
-    EXPECT_EQ(children(), "");
-    EXPECT_EQ(log(), "");
-    expect_quiet();
-    EXPECT_EQ(history(files()), "wing_00000.Grd ");
-    EXPECT_NE(files().find("Solver_Input/AdaptBoxes.dat\n"), std::string::npos);
+    // The second stage of the adapter writes no labels.
+    expect_files("wing_00003_body.Grd wing_00006_body.Grd wing_00009_body.Grd wing_00010_body.Grd "
+                 "wing_00000.Grd wing_00002.Grd wing_00004.Grd wing_00006.Grd wing_00008.Grd "
+                 "wing_00010.Grd ",
+        kFilesBehindCycles - Names { "Solver_Input/Label.dat" });
 }
 
 } // namespace
