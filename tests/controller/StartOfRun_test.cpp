@@ -33,7 +33,9 @@ protected:
     void expect_complete_run()
     {
         EXPECT_EQ(ending(), kComplete);
+        EXPECT_EQ(published(), "2 19 8");
         EXPECT_EQ(children(), child("TreeGen", "@/Grid_Output", 19, kOctreeWithoutFitter));
+        EXPECT_EQ(log(), "main: running grid generator\n      running octree\n");
         EXPECT_EQ(errors(), "");
         EXPECT_EQ(inherited(), "");
         EXPECT_EQ(files(),
@@ -48,6 +50,21 @@ protected:
             "Process_Output/Vortik_Controller.out\n"
             "Solver_Input/\n"
             "Solver_Input/ParmFlw.h\n"
+            "completion\n");
+    }
+    /// A start that has failed behind the case, which is gone, and before any step.
+    void expect_failed_start(const std::string& error, const std::string& steps = "") const
+    {
+        EXPECT_EQ(errors(), "CONTROLLER ERROR: " + error + "\n");
+        EXPECT_EQ(inherited(), "");
+        EXPECT_EQ(published(), steps);
+        EXPECT_EQ(children(), "");
+        EXPECT_EQ(log(), "");
+        EXPECT_EQ(files(),
+            "Debug_Files/\n"
+            "Process_Output/\n"
+            "Process_Output/Vortik_Controller.err\n"
+            "Process_Output/Vortik_Controller.out\n"
             "completion\n");
     }
     /// A start with the case under a name as it is seen from a directory.
@@ -248,26 +265,22 @@ TEST_F(StartOfRun, MutexThatCannotBeMadeFailsBehindTheCompletionFile)
 {
     set("VORTIK_TEST_FAIL_MUTEX", "1");
     EXPECT_EQ(run(), "status 255, step 0, file -9<end>");
-    EXPECT_EQ(published(), "");
-    EXPECT_EQ(errors(), "CONTROLLER ERROR:  Could not initialize controller mutex\n");
-    EXPECT_FALSE(file_exists(root("wing.vrk")));
+    expect_failed_start(" Could not initialize controller mutex");
 }
 
 TEST_F(StartOfRun, LinkManagerWithoutItsMutexIsSaid)
 {
     set("VORTIK_TEST_FAIL_MUTEX", "2");
     EXPECT_EQ(run(), "status 255, step 0, file -9<end>");
-    EXPECT_EQ(errors(),
-        "CONTROLLER ERROR: Failed to start the link manager: Couldn't initialize mutex\n");
+    expect_failed_start("Failed to start the link manager: Couldn't initialize mutex");
 }
 
 TEST_F(StartOfRun, LinkManagerWithoutItsThreadIsSaid)
 {
     set("VORTIK_TEST_FAIL_THREAD", "1");
     EXPECT_EQ(run(), "status 255, step 0, file -9<end>");
-    EXPECT_EQ(errors(),
-        "CONTROLLER ERROR: Failed to start the link manager: "
-        "Couldn't start consistency check thread\n");
+    expect_failed_start(
+        "Failed to start the link manager: Couldn't start consistency check thread");
 }
 
 TEST_F(StartOfRun, LinkManagerWithoutAFreeSlotIsSaid)
@@ -280,7 +293,7 @@ TEST_F(StartOfRun, LinkManagerWithoutAFreeSlotIsSaid)
     EXPECT_EQ(finish(), "255");
     for (int slot = 1; slot < 50; ++slot)
         block.set_slot(slot, 0);
-    EXPECT_EQ(errors(), "CONTROLLER ERROR: Failed to start the link manager: Too many managers\n");
+    expect_failed_start("Failed to start the link manager: Too many managers");
     EXPECT_EQ(completion(), "-9\n");
     EXPECT_EQ(links_left(), "clean");
 }
@@ -292,7 +305,7 @@ TEST_F(StartOfRun, LinkOfNobodyIsSaid)
     m_case.m_uintGUILinkID = front_end().GetLinkID();
     start();
     EXPECT_EQ(ending(), "status 255, step 0, file -9<end>");
-    EXPECT_EQ(errors(), "CONTROLLER ERROR: Failed to attach to GUI link: Unallocated link ID\n");
+    expect_failed_start("Failed to attach to GUI link: Unallocated link ID");
 }
 
 TEST_F(StartOfRun, LinkBeyondAllLinksIsSaid)
@@ -302,7 +315,7 @@ TEST_F(StartOfRun, LinkBeyondAllLinksIsSaid)
     m_case.m_uintGUILinkID = front_end().GetLinkID();
     start();
     EXPECT_EQ(ending(), "status 255, step 0, file -9<end>");
-    EXPECT_EQ(errors(), "CONTROLLER ERROR: Failed to attach to GUI link: Invalid link ID\n");
+    expect_failed_start("Failed to attach to GUI link: Invalid link ID");
 }
 
 TEST_F(StartOfRun, LinkOfAnotherKindIsSaid)
@@ -312,7 +325,7 @@ TEST_F(StartOfRun, LinkOfAnotherKindIsSaid)
     start();
     EXPECT_EQ(finish(), "255");
     break_front_end_link(false);
-    EXPECT_EQ(errors(), "CONTROLLER ERROR: Failed to attach to GUI link: Incorrect size\n");
+    expect_failed_start("Failed to attach to GUI link: Incorrect size");
     EXPECT_EQ(completion(), "-9\n");
     EXPECT_EQ(published_step(), 0);
     EXPECT_EQ(links_left(), "clean");
@@ -322,10 +335,7 @@ TEST_F(StartOfRun, UpdateThreadThatCannotStartIsPublishedAndWritten)
 {
     set("VORTIK_TEST_FAIL_THREAD", "2"); // behind that of the link manager
     EXPECT_EQ(run(), "status 255, step -2, file -2<end>");
-    EXPECT_EQ(published(), "2 -2");
-    EXPECT_EQ(errors(),
-        "CONTROLLER ERROR: Failed to start update thread: Resource temporarily unavailable\n");
-    EXPECT_EQ(children(), "");
+    expect_failed_start("Failed to start update thread: Resource temporarily unavailable", "2 -2");
 }
 
 TEST_F(StartOfRun, AirfoilTablesAreCleanedBeforeTheRotorCard)
