@@ -187,6 +187,24 @@ TEST_F(StoppedRun, ProgramThatDoesNotLookAtItsFlagIsNotWaitedFor)
     EXPECT_EQ(errors(), "");
 }
 
+TEST_F(StoppedRun, ProgramThatHasNotAttachedYetFindsItsLinkGone)
+{
+    plan("TreeGen 1 late");
+    save_case();
+    start();
+    await("  waits\n");
+    ask_to_stop();
+    EXPECT_EQ(ending(), kStopped);
+    let_go();
+    const std::string notes = "  has no link\n  found the completion file with 1 lines: -8\n";
+    await(notes);
+    EXPECT_EQ(
+        children(), "  waits\n" + child("TreeGen", "@/Grid_Output", -8, Expected::kOctree) + notes);
+    EXPECT_EQ(published(), "2 19 -8");
+    EXPECT_EQ(errors(), "");
+    EXPECT_EQ(links_left(), "clean");
+}
+
 TEST_F(StoppedRun, BeforeTheFirstStepForwardsNothing)
 {
     // The airfoil tables are read between the start of the update thread and the first step.

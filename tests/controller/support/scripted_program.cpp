@@ -6,6 +6,7 @@
 //   VORTIK_TEST_LINK       the front end's link
 // A line of the plan is "NAME START COMMAND": what NAME does at its START-th start, in order,
 // behind its files and before it reports success. Commands:
+//   late                       before all else, note that it waits for a file "go" and do so
 //   fail                       report no success
 //   state N                    report this completion state instead
 //   status N                   exit with it
@@ -136,6 +137,12 @@ public:
         , m_arguments(std::move(arguments))
         , m_start(earlier_starts(m_name) + 1)
     {
+        for (const std::string& line : lines_of(in_test("plan"))) {
+            if (line == m_name + " " + std::to_string(m_start) + " late") {
+                note("  waits");
+                (void)Testing::wait_until([] { return Testing::file_exists(in_test("go")); });
+            }
+        }
         LinkManager::Result result = LinkManager::Startup();
         m_pFrontEnd = std::make_unique<VRK::GUIConLink>(
             static_cast<unsigned>(std::stoul(std::getenv("VORTIK_TEST_LINK"))), result);
@@ -240,7 +247,9 @@ private:
     {
         std::string command;
         words >> command >> std::ws;
-        if (command == "fail") {
+        if (command == "late") {
+            return; // it has been
+        } else if (command == "fail") {
             m_succeeds = false;
         } else if (command == "state") {
             words >> m_state;
