@@ -5,12 +5,11 @@
 
 #include <optional>
 
-/// Signs of exact determinants without expansions, for the degenerate inputs that meshes are full
-/// of: points in a plane across an axis, or with coordinates of few bits. Where they answer, they
-/// answer what `ExactDouble` does; seen by the predicates only.
+/// Signs of exact determinants in less time than `ExactDouble` takes. Where they answer, they
+/// answer what it does; seen by the predicates only.
 namespace Tavro::PredicateDetail {
 
-/// Sign of the determinant of a-d, b-d, c-d; nothing if it takes expansions.
+/// Sign of the determinant of a-d, b-d, c-d; nothing if a coordinate is above 2^300.
 [[nodiscard]] std::optional<int> QuickVolumeSign(const Vector<double, 3>& a,
     const Vector<double, 3>& b, const Vector<double, 3>& c, const Vector<double, 3>& d);
 

@@ -60,6 +60,17 @@ Vec3 on_a_diagonal_plane(std::mt19937_64& random)
     return { x, draw(random), x };
 }
 
+// The same of many scales, whose differences are not doubles.
+Vec3 on_a_diagonal_plane_of_many_scales(std::mt19937_64& random)
+{
+    const auto scaled = [&random] {
+        const double mantissa = 1.0 + draw(random);
+        return std::ldexp(mantissa, -static_cast<int>(random() % 4));
+    };
+    const double x = scaled();
+    return { x, scaled(), x };
+}
+
 // Corners of a grid, as the cells of an octree have them.
 Vec3 on_a_grid(std::mt19937_64& random)
 {
@@ -135,6 +146,8 @@ BENCHMARK_CAPTURE(orientation, random, in_the_unit_cube)->Name("random_points/or
 BENCHMARK_CAPTURE(orientation, flat, at_half_height)->Name("coplanar/across_an_axis");
 BENCHMARK_CAPTURE(orientation, tilted, in_a_tilted_plane)->Name("coplanar/tilted");
 BENCHMARK_CAPTURE(orientation, diagonal, on_a_diagonal_plane)->Name("coplanar/full_mantissas");
+BENCHMARK_CAPTURE(orientation, scales, on_a_diagonal_plane_of_many_scales)
+    ->Name("coplanar/full_mantissas_of_many_scales");
 BENCHMARK_CAPTURE(orientation, grid, on_a_grid)->Name("coplanar/grid_corners");
 BENCHMARK_CAPTURE(orientation, line, on_a_line)->Name("collinear");
 

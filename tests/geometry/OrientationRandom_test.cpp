@@ -217,6 +217,47 @@ TEST_F(OrientationBits, FullMantissasInASlantedPlane)
     EXPECT_GT(counters().perturbed, 1000U);
 }
 
+TEST_F(OrientationBits, FullMantissasOfManyScalesInEachSlantedPlane)
+{
+    // Differences of distant scales have an error, which short cuts for one component do not see.
+    const auto scaled = [&] { return std::ldexp(1.0 + unit(), -static_cast<int>(m_random() % 5)); };
+    expect_the_plain_answer(20000, [&] {
+        Points p {};
+        for (Point& q : p) {
+            q = { scaled(), scaled(), scaled() };
+        }
+        const std::size_t first = m_random() % 3;
+        const std::size_t second = (first + 1 + m_random() % 2) % 3;
+        const double sign = m_random() % 4 == 0 ? -1.0 : 1.0;
+        for (Point& q : p) {
+            q[second] = sign * q[first];
+        }
+        return p;
+    });
+    EXPECT_GT(counters().perturbed, 70000U);
+}
+
+TEST_F(OrientationBits, SlantedPlanesThatRepeatCoordinates)
+{
+    // Points beside and above each other make products equal, and zero, that are not so otherwise.
+    expect_the_plain_answer(20000, [&] {
+        Points p { full(), full(), full(), full() };
+        const std::size_t first = m_random() % 3;
+        const std::size_t second = (first + 1 + m_random() % 2) % 3;
+        for (Point& q : p) {
+            q[m_random() % 3] = p[m_random() % 4][m_random() % 3];
+            q[second] = q[first];
+        }
+        if (m_random() % 2 == 0) {
+            double& off = p[m_random() % 4][m_random() % 3];
+            off = std::nextafter(off, m_random() % 2 == 0 ? 2.0 : -2.0);
+        }
+        return p;
+    });
+    EXPECT_GT(counters().exact, 1000U);
+    EXPECT_GT(counters().perturbed, 1000U);
+}
+
 TEST_F(OrientationBits, FullMantissasNearAPlaneOrALine)
 {
     expect_the_plain_answer(20000, [&] {
