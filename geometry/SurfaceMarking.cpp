@@ -4,6 +4,7 @@
 #include "geometry/WettedSides.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <utility>
 
@@ -99,15 +100,8 @@ struct Ray {
         const Vector<double, 3>& v0 = triangle.m_apVertices[0]->m_vPosition;
         const Vector<double, 3>& v1 = triangle.m_apVertices[1]->m_vPosition;
         const Vector<double, 3>& v2 = triangle.m_apVertices[2]->m_vPosition;
-        // Nearly all triangles lie beside the ray. The exact test would say so too: no
-        // perturbation moves a point over a distance.
-        for (const std::size_t axis : { 1U, 2U }) {
-            const double x = m_vFrom[axis];
-            if ((v0[axis] < x && v1[axis] < x && v2[axis] < x)
-                || (v0[axis] > x && v1[axis] > x && v2[axis] > x))
-                return false;
-        }
-        return sos_edge_tri_intersection_exists(m_vFrom, m_vTo, v0, v1, v2);
+        return !IsClearOf(v0, v1, v2)
+            && sos_edge_tri_intersection_exists(m_vFrom, m_vTo, v0, v1, v2);
     }
 
     /// Whether it meets an odd number of those that separate.
@@ -124,6 +118,37 @@ struct Ray {
 
     Vector<double, 3> m_vFrom;
     Vector<double, 3> m_vTo;
+
+private:
+    /// Whether the triangle lies beside the ray and the exact test is bound to say so; nearly all
+    /// do. To lie on one side of it is not enough: the exact test compares how the corners turn
+    /// about the ray, and of a triangle that is seen edge-on all three turns are so near zero that
+    /// the rounding of its last stage gives them any sign. Crossings found so count. One turn that
+    /// is no matter of rounding rules that out, for then the turn between the outermost two is
+    /// none either, and one of the others is opposite to it.
+    [[nodiscard]] bool IsClearOf(
+        const Vector<double, 3>& v0, const Vector<double, 3>& v1, const Vector<double, 3>& v2) const
+    {
+        const auto beside = [&](std::size_t axis) {
+            const double x = m_vFrom[axis];
+            return (v0[axis] < x && v1[axis] < x && v2[axis] < x)
+                || (v0[axis] > x && v1[axis] > x && v2[axis] > x);
+        };
+        if (!beside(1) && !beside(2))
+            return false;
+        const auto turns = [this](const Vector<double, 3>& p, const Vector<double, 3>& q) {
+            const double left = (p[1] - m_vFrom[1]) * (q[2] - m_vFrom[2]);
+            const double right = (p[2] - m_vFrom[2]) * (q[1] - m_vFrom[1]);
+            const double size = std::abs(left) + std::abs(right);
+            return std::abs(left - right) > kClearTurn * size && size > kLeastSize;
+        };
+        return turns(v0, v1) || turns(v1, v2) || turns(v2, v0);
+    }
+
+    /// Far above the 2^-52 of a product that is rounded, of which there are a few in a turn.
+    static constexpr double kClearTurn = 0x1p-40;
+    /// Products below it lose bits at the end of the range.
+    static constexpr double kLeastSize = 0x1p-900;
 };
 
 Vector<double, 3> centroid(const WettedTriangle& triangle)

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "geometry/CurvatureMesh.h"
-#include "geometry/ExactPredicates.h"
 #include "tests/geometry/support/MarkedMesh.h"
 
 #include <gtest/gtest.h>
@@ -436,68 +435,6 @@ TEST(Traverse, AWallAcrossXStartsOnItsPositiveSide)
     WettedSurfaceMesh::TraverseConnectedSurface(&mesh.at(0)); // in z = 0, wound towards -z
     EXPECT_EQ(mesh.at(0).GetSideState(true), SideState::Wetted);
     EXPECT_EQ(mesh.at(0).GetSideState(false), SideState::Unmarked);
-}
-
-TEST(VertexInternal, IsFalseWithoutTrianglesThatSeparate)
-{
-    EXPECT_FALSE(MarkedMesh(cube(0, 1)).IsVertexInternal({ 0.5, 0.5, 0.5 }));
-    EXPECT_FALSE(MarkedMesh(Facets {}).IsVertexInternal({ 0, 0, 0 }));
-}
-
-TEST(VertexInternal, IsTrueInsideAMarkedCubeOnly)
-{
-    MarkedMesh mesh(cube(0, 1));
-    mesh.MarkSurface();
-    EXPECT_TRUE(mesh.IsVertexInternal({ 0.5, 0.5, 0.5 })); // on the diagonal of the face
-    EXPECT_TRUE(mesh.IsVertexInternal({ 0.25, 0.5, 0.75 }));
-    EXPECT_FALSE(mesh.IsVertexInternal({ -0.05, 0.5, 0.25 })); // before it: twice
-    EXPECT_FALSE(mesh.IsVertexInternal({ 1.5, 0.5, 0.25 }));
-    EXPECT_FALSE(mesh.IsVertexInternal({ 0.5, 1.5, 0.25 }));
-}
-
-TEST(VertexInternal, TheRayEndsATenthOfTheMeshBehindItsLength)
-{
-    // Seen from far before the mesh the ray ends within it: box 0 to 1, so it reaches 1.1.
-    MarkedMesh mesh(cube(0, 1));
-    mesh.MarkSurface();
-    EXPECT_TRUE(mesh.IsVertexInternal({ -1.05, 0.5, 0.25 })); // to 0.05: one wall
-    EXPECT_FALSE(mesh.IsVertexInternal({ -1.15, 0.5, 0.25 })); // to -0.05: none
-}
-
-TEST(VertexInternal, IsTheOddnessOfTheExactTestOnAGridFullOfCoincidences)
-{
-    std::mt19937 random(5);
-    const auto draw = [&] { return static_cast<double>(random() % 4); };
-    int internal = 0;
-    int cases = 0;
-    for (int round = 0; round < 300; ++round) {
-        Facets soup;
-        for (int i = 0; i < 20; ++i)
-            soup.push_back({ { { draw(), draw(), draw() }, { draw(), draw(), draw() },
-                { draw(), draw(), draw() } } });
-        MarkedMesh mesh(soup);
-        for (std::size_t i = 0; i < mesh.Triangles().size(); ++i) {
-            mesh.at(i).SetSideState(true, SideState::Wetted);
-            mesh.at(i).SetSideState(false, i % 5 == 0 ? SideState::Wetted : SideState::Dry);
-        }
-        const double length = 1.1 * (mesh.m_Box.m_vMax[0] - mesh.m_Box.m_vMin[0]);
-        for (int k = 0; k < 20; ++k) {
-            const Point p { draw(), draw(), draw() };
-            bool odd = false;
-            for (std::size_t i = 0; i < mesh.Triangles().size(); ++i) {
-                const WettedTriangle& t = mesh.at(i);
-                if (i % 5 != 0
-                    && Tavro::sos_edge_tri_intersection_exists(p, { p[0] + length, p[1], p[2] },
-                        t.m_apVertices[0]->m_vPosition, t.m_apVertices[1]->m_vPosition,
-                        t.m_apVertices[2]->m_vPosition))
-                    odd = !odd;
-            }
-            ASSERT_EQ(mesh.IsVertexInternal(p), odd);
-            internal += odd;
-            ++cases;
-        }
-    }
-    EXPECT_GT(internal, cases / 10) << "the soup no longer encloses anything";
 }
 
 } // namespace
