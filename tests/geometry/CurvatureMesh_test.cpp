@@ -120,6 +120,16 @@ TEST_F(CurvatureMeshOrder, TrianglesComeByDirectionFromTheFirstOne)
     EXPECT_EQ(ordered(), (std::vector<MeshTriangle*> { first, at90, at180, at270 }));
 }
 
+TEST_F(CurvatureMeshOrder, SeveralBeyondHalfATurnComeByDirectionToo)
+{
+    MeshTriangle* const first = along(kAt0);
+    MeshTriangle* const at315 = along({ 0, 1, -1 });
+    MeshTriangle* const at225 = along({ 0, -1, -1 });
+    MeshTriangle* const at45 = along({ 0, 1, 1 });
+    MeshTriangle* const at270 = against(kAt270);
+    EXPECT_EQ(ordered(), (std::vector<MeshTriangle*> { first, at45, at225, at270, at315 }));
+}
+
 TEST_F(CurvatureMeshOrder, TheReferenceIsTheFirstInSetOrder)
 {
     MeshTriangle* const at180 = along(kAt180);

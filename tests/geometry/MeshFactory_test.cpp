@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <type_traits>
 
@@ -186,6 +187,14 @@ private:
     std::string& m_calls;
 };
 
+class MeshWithoutEdges : public TriangleMesh { // NOLINT(cppcoreguidelines-virtual-class-destructor)
+public:
+    [[nodiscard]] MeshEdge* CreateEdge(MeshVertex* /*v0*/, MeshVertex* /*v1*/) override
+    {
+        throw std::bad_alloc();
+    }
+};
+
 #pragma GCC diagnostic pop
 
 TEST(MeshFactory, VerticesEdgesAndTriangleAreAskedForInOrderAndOnce)
@@ -203,6 +212,15 @@ TEST(MeshFactory, VerticesEdgesAndTriangleAreAskedForInOrderAndOnce)
         calls.clear();
     }
     EXPECT_EQ(calls, "-t-t-e-e-e-v-v-v") << "the mesh owns what its factory made";
+}
+
+TEST(MeshFactory, AVertexLeftWithoutTrianglesByAFailureMakesTheMeshNotManifold)
+{
+    MeshWithoutEdges mesh;
+    EXPECT_THROW((void)mesh.AddTriangle(kX, kY, kO), std::bad_alloc);
+    EXPECT_EQ(mesh.Vertices().size(), 3U);
+    EXPECT_TRUE(mesh.Edges().empty());
+    EXPECT_FALSE(mesh.IsManifold());
 }
 
 WettedTriangle triangle_with_flags(unsigned char flags)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "geometry/CurvatureMesh.h"
+#include "geometry/WettedSides.h"
 #include "tests/geometry/support/MarkedMesh.h"
 
 #include <gtest/gtest.h>
@@ -122,6 +123,33 @@ TEST(MarkSurface, CubesTouchingInAVertexAreTwoSurfacesAndBothOutside)
     mesh.MarkSurface();
     EXPECT_EQ(mesh.states(), Testing::times(24, "+"));
     EXPECT_NE(mesh.at(0).m_iSurface, mesh.at(12).m_iSurface);
+}
+
+TEST(MarkSurface, OfSurfacesThatReachEquallyFarTheOneOfTheEarlierTriangleThereComesFirst)
+{
+    // A tube of 4 by 4 from x = 0 over x = 2 to x = 4, closed at both ends: its triangles at x = 4
+    // begin at x = 2 or 4. Those of the box in it that reach x = 4 begin at x = 1. So the box comes
+    // first, while nothing separates yet, and counts as outside although the tube is around it.
+    const auto corner = [](double x, std::size_t i) -> Point {
+        return { x, i == 1 || i == 2 ? 4.0 : 0.0, i >= 2 ? 4.0 : 0.0 };
+    };
+    Facets tube;
+    for (const double x : { 0.0, 2.0 }) {
+        for (std::size_t i = 0; i < 4; ++i) {
+            const std::size_t k = (i + 1) % 4;
+            tube.push_back({ { corner(x, i), corner(x + 2, i), corner(x + 2, k) } });
+            tube.push_back({ { corner(x, i), corner(x + 2, k), corner(x, k) } });
+        }
+    }
+    for (const double x : { 0.0, 4.0 }) {
+        tube.push_back({ { corner(x, 0), corner(x, 1), corner(x, 2) } });
+        tube.push_back({ { corner(x, 0), corner(x, 2), corner(x, 3) } });
+    }
+    MarkedMesh mesh(joined(box({ 1, 1, 1 }, { 4, 3, 3 }), tube));
+    mesh.MarkSurface();
+    EXPECT_EQ(mesh.at(0).m_iSurface, 1);
+    EXPECT_EQ(mesh.at(12).m_iSurface, 0);
+    EXPECT_EQ(mesh.states().substr(0, 12), Testing::times(12, "+"));
 }
 
 TEST(MarkSurface, NothingIsDoneWhileNothingWasAdded)
@@ -310,12 +338,54 @@ TEST(OuterTriangle, EdgesOfMarkedTrianglesDoNotCount)
     EXPECT_EQ(mesh.GetUnmarkedOuterTriangle(), &mesh.at(0));
 }
 
+TEST(OuterTriangle, AnEdgeCountsIfItsFirstTriangleIsUnmarked)
+{
+    // From V = (3, 0, 0) the edge to (2, 4, 0), with two triangles, points most towards growing x,
+    // -1/sqrt(17); then that to (2, -2, 0), -1/sqrt(5); then that to (0, 1, 5), -3/sqrt(35).
+    const Point v { 3, 0, 0 };
+    const Point up { 2, 4, 0 };
+    const Facets triangles { { { v, up, { 0, 1, 0 } } }, { { v, up, { 0, 1, 5 } } },
+        { { v, { 2, -2, 0 }, { 0, -1, 0 } } } };
+    MarkedMesh firstMarked(triangles);
+    firstMarked.at(0).SetSideState(true, SideState::Dry);
+    EXPECT_EQ(firstMarked.GetUnmarkedOuterTriangle(), &firstMarked.at(2));
+    MarkedMesh secondMarked(triangles);
+    secondMarked.at(1).SetSideState(true, SideState::Dry);
+    // v = (-1, 4, 0), W = (0, 0, -1): the normals are (0, 0, 11), so -1, and (20, 5, 11).
+    EXPECT_EQ(secondMarked.GetUnmarkedOuterTriangle(), &secondMarked.at(1));
+}
+
 TEST(OuterTriangle, OfVerticesEquallyFarOutIsAtTheFirstInMapOrder)
 {
     const Facets apart { { { { 0, 5, 0 }, { 1, 6, 0 }, { 0, 7, 0 } } },
         { { { 0, 1, 0 }, { 1, 2, 0 }, { 0, 3, 0 } } } };
     MarkedMesh mesh(apart);
     EXPECT_EQ(mesh.GetUnmarkedOuterTriangle(), &mesh.at(1));
+}
+
+TEST(OuterTriangle, OfEdgesThatPointEquallyFarOutIsOnTheFirst)
+{
+    // From V = (3, 0, 0) to (2, 4, 0) and to (2, -4, 0): -1/sqrt(17) both.
+    const Point v { 3, 0, 0 };
+    const Testing::Triangle up { { v, { 2, 4, 0 }, { 0, 1, 0 } } };
+    const Testing::Triangle down { { v, { 2, -4, 0 }, { 0, -1, 0 } } };
+    MarkedMesh upFirst(Facets { up, down });
+    EXPECT_EQ(upFirst.GetUnmarkedOuterTriangle(), &upFirst.at(0));
+    MarkedMesh downFirst(Facets { down, up });
+    EXPECT_EQ(downFirst.GetUnmarkedOuterTriangle(), &downFirst.at(0));
+}
+
+TEST(OuterTriangle, OfThoseThatFaceOutwardAlikeIsTheFirst)
+{
+    // As in the fan above: T = (1, 3, 2) and T = (0, 6, 2), twice as far away in the same plane.
+    const Point v { 2, 0, 0 };
+    const Point o { 2, 0, 4 };
+    const Testing::Triangle near { { v, o, { 1, 3, 2 } } };
+    const Testing::Triangle far { { v, o, { 0, 6, 2 } } };
+    MarkedMesh nearFirst(Facets { near, far });
+    EXPECT_EQ(nearFirst.GetUnmarkedOuterTriangle(), &nearFirst.at(0));
+    MarkedMesh farFirst(Facets { far, near });
+    EXPECT_EQ(farFirst.GetUnmarkedOuterTriangle(), &farFirst.at(0));
 }
 
 class AdjacentTriangle : public testing::Test {
@@ -395,6 +465,17 @@ TEST_F(AdjacentTriangle, OfTwoAtTheSameAngleIsTheEarlierOne)
     EXPECT_EQ(beside(at0, true), first);
 }
 
+TEST_F(AdjacentTriangle, OneInItsOwnDirectionIsMetFirstOnBothSides)
+{
+    // Not turned at all: N.n is 1, and n.U, being 0, is not below 0.
+    const WettedTriangle* const at0 = along(m_at0);
+    (void)along(m_at90);
+    (void)along(m_at270);
+    const WettedTriangle* const upon = along({ 0.5, 2, 0 });
+    EXPECT_EQ(beside(at0, true), upon);
+    EXPECT_EQ(beside(at0, false), upon);
+}
+
 TEST_F(AdjacentTriangle, OneWithoutAreaIsNeverMetAmongOthers)
 {
     const WettedTriangle* const at0 = along(m_at0);
@@ -414,6 +495,23 @@ TEST_F(AdjacentTriangle, IsNoneWhereNoCandidateHasANormalAndTheWalkGoesOn)
     // Around its two free edges air reaches both sides.
     EXPECT_EQ(at0->GetSideState(true), SideState::Wetted);
     EXPECT_EQ(at0->GetSideState(false), SideState::Wetted);
+}
+
+TEST(WoundAlike, IsFalseForAnEdgeThatOneOfThemLacks)
+{
+    MarkedMesh mesh(Facets { { { { 0, 0, 0 }, { 1, 0, 0 }, { 0, 1, 0 } } },
+        { { { 1, 0, 0 }, { 0, 0, 0 }, { 0, -1, 0 } } },
+        { { { 0, 1, 0 }, { 1, 0, 0 }, { 1, 1, 0 } } } });
+    const auto edge = [&](const Point& p, const Point& q) {
+        return WettedSurfaceMesh::FindEdge(mesh.FindVertex(p), mesh.FindVertex(q));
+    };
+    const MeshEdge& common = *edge({ 0, 0, 0 }, { 1, 0, 0 });
+    EXPECT_TRUE(Tavro::WoundAlike(mesh.at(0), mesh.at(1), common));
+    EXPECT_FALSE(Tavro::WoundAlike(mesh.at(0), mesh.at(0), common));
+    // The third triangle has one of its ends only, and the second one none of the other's.
+    EXPECT_FALSE(Tavro::WoundAlike(mesh.at(0), mesh.at(2), common));
+    EXPECT_FALSE(Tavro::WoundAlike(mesh.at(2), mesh.at(0), common));
+    EXPECT_FALSE(Tavro::WoundAlike(mesh.at(1), mesh.at(0), *edge({ 0, 1, 0 }, { 1, 1, 0 })));
 }
 
 TEST(Traverse, StartsOnTheSideThatFacesGrowingX)

@@ -2,6 +2,7 @@
 #include "geometry/TriangleCloud.h"
 
 #include "geometry/SurfaceStages.h"
+#include "geometry/VectorMath.h"
 #include "tests/geometry/support/MarkedMesh.h"
 #include "tests/support/Isolated.h"
 
@@ -87,6 +88,39 @@ TEST(LeafCells, AreSixTetrahedraWithFacetsAndOneHexahedronWithout)
     // The lattice of eight cells has 27 corners, all shared.
     EXPECT_EQ(cells.m_lstVerts.size(), 27U);
     EXPECT_EQ(cells.m_lstCells.size(), 13U);
+}
+
+TEST(LeafCells, ComeInTheOrderOfTheLeavesEachAlongItsDiagonal)
+{
+    Tavro::Facet<double, 3, 3> facet { { { 1, 1, 1 }, { 2, 1, 1 }, { 1, 2, 1 } } };
+    BasicOctree::BasicOctree root;
+    root.m_Box = { { 0, 0, 0 }, { 8, 8, 8 } };
+    Tavro::Facet<double, 3, 3>* const facets[] { &facet };
+    Tavro::RefineAround(root, facets, 1);
+    BasicMorpher::BasicMorpher cells;
+    Tavro::AddLeafCells(cells, root);
+    // From the youngest on: the hexahedra of children 7 to 1, then the tetrahedra of child 0.
+    auto cell = cells.m_lstCells.begin();
+    for (unsigned int child = 7; child > 0; --child, ++cell) {
+        const Point outermost { (child & 1U) != 0 ? 8.0 : 0.0, (child & 2U) != 0 ? 8.0 : 0.0,
+            (child & 4U) != 0 ? 8.0 : 0.0 };
+        ASSERT_EQ(cell->m_vecFaces.size(), 6U) << child;
+        bool found = false;
+        for (const auto face : cell->m_vecFaces) {
+            for (unsigned int i = 0; i < 4; ++i)
+                found = found || Tavro::SamePosition(face->GetVert(i)->m_vPosition, outermost);
+        }
+        EXPECT_TRUE(found) << child;
+    }
+    for (int i = 0; i < 6; ++i, ++cell) {
+        ASSERT_EQ(cell->m_vecFaces.size(), 4U);
+        ASSERT_EQ(cell->m_vecTriangles.size(), 1U);
+        EXPECT_EQ(cell->m_vecTriangles[0], &facet);
+    }
+    EXPECT_EQ(cell, cells.m_lstCells.end());
+    EXPECT_NE(cells.FindEdge(cells.FindVert({ 0, 0, 0 }), cells.FindVert({ 4, 4, 4 })),
+        cells.m_lstEdges.end());
+    expect_point(cells.m_mapVerts.First()->m_vPosition, { 0, 0, 0 });
 }
 
 TEST(WettedSurface, OfNothingIsASurfaceWithoutFacets)

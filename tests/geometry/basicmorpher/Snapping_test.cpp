@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -94,6 +95,17 @@ TEST(Snapping, ACrossingAsFarAsTheToleranceIsSplit)
     EXPECT_FALSE(morpher.FindVert(kO)->m_bOnSurface);
 }
 
+TEST(Snapping, ACrossingOneBitNearerThanTheToleranceSnaps)
+{
+    Morpher morpher;
+    add_corner_tetrahedron(morpher, {});
+    cross(morpher, kO, kX, { std::nextafter(16 * 0.3334, 0.0), 0, 0 });
+    morpher.MorphGrid();
+    EXPECT_EQ(split_verts(morpher), "");
+    EXPECT_EQ(morpher.m_counters.m_snappedVerts, 1U);
+    EXPECT_TRUE(morpher.FindVert(kO)->m_bOnSurface);
+}
+
 TEST(Snapping, TheNearestCrossingIsTheTarget)
 {
     Morpher morpher;
@@ -144,6 +156,24 @@ TEST(Snapping, ACrossingNearTheOtherEndStaysAndSnapsThatEnd)
     EXPECT_EQ(now_at(morpher, kY), "(0, 14, 0)");
     EXPECT_EQ(split_verts(morpher), "");
     EXPECT_EQ(morpher.m_counters.m_snappedVerts, 2U);
+}
+
+// X is younger than O and snaps to the crossing of XY. That of OX, far from X, stays only if it is
+// nearer to O than the tolerance, in which case O snaps to it.
+TEST(Snapping, WhetherAFarCrossingStaysHangsOnTheToleranceToo)
+{
+    for (const bool below : { false, true }) {
+        Morpher morpher;
+        morpher.AddTetrahedralCell(kO, kX, kY, kZ, {});
+        cross(morpher, kX, kY, { 15, 1, 0 });
+        const double tolerance = 16 * 0.3334;
+        cross(morpher, kO, kX, { below ? std::nextafter(tolerance, 0.0) : tolerance, 0, 0 });
+        morpher.MorphGrid();
+        EXPECT_EQ(now_at(morpher, kX), "(15, 1, 0)");
+        EXPECT_EQ(morpher.FindVert(kO)->m_bOnSurface, below);
+        EXPECT_FALSE(is_crossed(morpher, kO, kX));
+        EXPECT_EQ(split_verts(morpher), "");
+    }
 }
 
 // Y comes before X. It snaps to the crossing of OY and leaves the one of XY, which is no use to
