@@ -8,18 +8,23 @@ namespace Frontend {
 
 namespace {
 
-/// Letters to change, add or leave out, row by row of the usual table.
+/// Letters to change, add, leave out or exchange with their neighbours, row by row of the usual
+/// table. An exchange looks two rows back.
 std::size_t distance(const std::string& a, const std::string& b)
 {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t { 0 });
+    std::vector<std::size_t> last = row;
+    std::vector<std::size_t> beforeLast = row;
     for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
+        beforeLast.swap(last);
+        last.swap(row);
         row[0] = i + 1;
         for (std::size_t k = 0; k < b.size(); ++k) {
-            const std::size_t changed = diagonal + (a[i] == b[k] ? 0 : 1);
-            diagonal = row[k + 1];
-            row[k + 1] = std::min({ changed, row[k] + 1, row[k + 1] + 1 });
+            const std::size_t changed = last[k] + (a[i] == b[k] ? 0 : 1);
+            row[k + 1] = std::min({ changed, row[k] + 1, last[k + 1] + 1 });
+            if (i > 0 && k > 0 && a[i] == b[k - 1] && a[i - 1] == b[k])
+                row[k + 1] = std::min(row[k + 1], beforeLast[k - 1] + 1);
         }
     }
     return row.back();

@@ -4,10 +4,13 @@
 #include "frontend/ExampleTexts.h"
 #include "frontend/ExitStatus.h"
 #include "frontend/SurfaceCommand.h"
+#include "frontend/UnknownWord.h"
 #include "tavrobase/Exception.h"
+#include "tavrobase/Surveillance.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -159,6 +162,16 @@ void add_surface_command(CLI::App& app, Action& chosen)
 
 namespace {
 
+/// The exit status, or another one if what was to be told could not be written.
+int end_of_output(int status)
+{
+    std::cout.flush();
+    if (std::cout || Tavro::output_is_abandoned()) // who has gone away has seen enough
+        return status;
+    std::cerr << "vortik: the output cannot be written\n";
+    return status == kFinished ? kFailed : status;
+}
+
 int run_vortik(int argc, char** argv)
 {
     CLI::App app("Readable cases in, supervised runs out.", "vortik");
@@ -181,9 +194,13 @@ int run_vortik(int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kFinished : kBadInput;
+        if (error.get_exit_code() == 0) // help was asked for, or the version
+            return end_of_output(app.exit(error));
+        std::cerr << usage_complaint(app, { argv + std::min(argc, 1), argv + argc }, error.what())
+                  << '\n';
+        return kBadInput;
     }
-    return chosen();
+    return end_of_output(chosen());
 }
 
 } // namespace
@@ -192,6 +209,7 @@ int run_vortik(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    Tavro::open_missing_standard_streams();
     try {
         return Frontend::run_vortik(argc, argv);
     } catch (const std::exception& error) {

@@ -16,6 +16,8 @@ using Platform::Command;
 using Platform::end_process;
 using Platform::error_text;
 using Platform::executable_path;
+using Platform::open_missing_standard_streams;
+using Platform::output_is_abandoned;
 using Platform::output_is_terminal;
 using Platform::process_mark;
 using Platform::programs_of_group;

@@ -31,7 +31,9 @@ Display::~Display()
 {
     wipe_live_line();
     m_out->flush();
-    std::cout.rdbuf(m_libraryOutput);
+    std::cout.rdbuf(m_libraryOutput); // which also forgets what went wrong before
+    if (!*m_out)
+        std::cout.setstate(std::ios::badbit); // for whoever looks at the program's end
 }
 
 void Display::tell(const std::string& event, const std::string& text, const std::string& members)

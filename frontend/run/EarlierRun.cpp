@@ -13,50 +13,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Place {
-    const char* directory;
-    std::vector<const char*> endings; ///< of the names; none means every name
-};
-
-// What the controller's cleaning takes away, with "/" below the root.
-const std::vector<Place>& cleaned_places()
+bool has_files(const std::string& directory)
 {
-    static const std::vector<Place> places {
-        { "Body_Pressure", { ".Prs", ".Grd", "FrcMnt.out" } },
-        { "Field_Solutions", {} },
-        { "Field_Solutions/Solution_History", {} },
-        { "Grid_Output/Grid_History", {} },
-        { "Process_Output", {} },
-        { "Restarts", {} },
-        { "Restarts/Restart_History", {} },
-        { "Rotor_Performance/Performance", { "TrimLog2.out", "RtrPrfAzm.out" } },
-        { "Rotor_Performance/Rotor_Solutions", { ".Prf" } },
-    };
-    return places;
-}
-
-bool is_taken(const std::string& name, const Place& place)
-{
-    if (name.starts_with('.')) // left alone, as in a plain listing
-        return false;
-    if (std::string(place.directory) == "Process_Output")
-        return name.find("_Controller") == std::string::npos;
-    bool taken = place.endings.empty();
-    for (const char* ending : place.endings)
-        taken = taken || name.ends_with(ending);
-    return taken;
-}
-
-std::size_t count_files(const std::string& root, const Place& place)
-{
-    std::size_t count = 0;
     std::error_code error; // a directory that is not there holds nothing
-    for (fs::directory_iterator entry(root + "/" + place.directory, error), end;
-         !error && entry != end; entry.increment(error)) {
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
         std::error_code gone;
-        count += !entry->is_directory(gone) && is_taken(entry->path().filename().string(), place);
+        if (!entry->is_directory(gone) && !entry->path().filename().string().starts_with('.'))
+            return true;
     }
-    return count;
+    return false;
 }
 
 // The eighth word of a restart file.
@@ -73,32 +39,13 @@ std::optional<std::uint32_t> restart_step(const std::string& file)
 
 } // namespace
 
-std::vector<Results> results_to_be_cleaned(const std::string& root)
-{
-    std::vector<Results> results;
-    for (const Place& place : cleaned_places()) {
-        if (const std::size_t files = count_files(root, place))
-            results.push_back({ place.directory, files });
-    }
-    return results;
-}
-
-std::string results_text(const std::vector<Results>& results)
-{
-    std::string text;
-    for (const Results& one : results)
-        text += (text.empty() ? "" : ", ") + one.directory + " (" + std::to_string(one.files)
-            + (one.files == 1 ? " file)" : " files)");
-    return text;
-}
-
 std::vector<std::string> result_directories(const std::string& root)
 {
     std::vector<std::string> directories;
     for (const char* name : { "Field_Solutions", "Field_Solutions/Solution_History",
              "Body_Pressure", "Rotor_Performance/Performance", "Rotor_Performance/Rotor_Solutions",
              "Restarts", "Grid_Output", "Process_Output" }) {
-        if (count_files(root, { name, {} }) > 0)
+        if (has_files(root + "/" + name))
             directories.emplace_back(name);
     }
     return directories;
@@ -125,6 +72,15 @@ std::optional<RestartPoint> latest_restart(const std::string& root, const std::s
     return latest;
 }
 
+bool is_program(const std::string& path)
+{
+    std::error_code error;
+    const auto status = fs::status(path, error);
+    constexpr auto kExecutable
+        = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    return fs::is_regular_file(status) && (status.permissions() & kExecutable) != fs::perms::none;
+}
+
 std::vector<std::string> missing_programs(
     const std::string& directory, const VRK::ControllerInput& input)
 {
@@ -148,8 +104,7 @@ std::vector<std::string> missing_programs(
         needed.push_back("Vortik_Solver" + variant);
     std::vector<std::string> missing;
     for (const std::string& name : needed) {
-        std::error_code error;
-        if (!fs::exists(directory + name, error))
+        if (!is_program(directory + name))
             missing.push_back(name);
     }
     return missing;

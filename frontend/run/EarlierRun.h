@@ -10,17 +10,6 @@
 
 namespace Frontend {
 
-/// Results in one directory of a run.
-struct Results {
-    std::string directory; ///< from the root of the run
-    std::size_t files;
-};
-
-/// What a new run takes away before it begins.
-[[nodiscard]] std::vector<Results> results_to_be_cleaned(const std::string& root);
-/// "Body_Pressure (3 files), Restarts (1 file)".
-[[nodiscard]] std::string results_text(const std::vector<Results>& results);
-
 /// Directories of the run in which there are results to be looked at.
 [[nodiscard]] std::vector<std::string> result_directories(const std::string& root);
 
@@ -33,6 +22,8 @@ struct RestartPoint {
 [[nodiscard]] std::optional<RestartPoint> latest_restart(
     const std::string& root, const std::string& caseName);
 
+/// Whether there is a file that can be started.
+[[nodiscard]] bool is_program(const std::string& path);
 /// Step programs that the case needs and that do not lie in that directory.
 [[nodiscard]] std::vector<std::string> missing_programs(
     const std::string& directory, const VRK::ControllerInput& input);

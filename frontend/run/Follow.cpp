@@ -4,12 +4,14 @@
 #include "frontend/ExitStatus.h"
 #include "frontend/run/EarlierRun.h"
 #include "frontend/run/Json.h"
+#include "frontend/run/LinkedRun.h"
 #include "frontend/run/LogEnds.h"
 #include "frontend/run/StepWords.h"
 #include "tavrobase/StringUtilities.h"
 
 #include <algorithm>
 #include <chrono>
+#include <iostream>
 
 namespace Frontend {
 
@@ -18,30 +20,9 @@ namespace {
 constexpr unsigned kLook = 100; // milliseconds between two looks at a run
 constexpr auto kLastSteps = std::chrono::seconds(10); // for step programs that have heard a stop
 
-long long seconds_now()
-{
-    using namespace std::chrono;
-    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
-}
-
 bool is_running_step(const Progress& progress)
 {
     return progress.step > 0 && progress.step != VRK::StepComplete;
-}
-
-/// How to name the run in a command that a person types or pastes.
-std::string quoted(const std::string& path)
-{
-    const bool plain = std::all_of(path.begin(), path.end(), [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
-            || c == '/' || c == '.' || c == '_' || c == '-' || c == '+' || c == ',';
-    });
-    if (plain)
-        return path;
-    std::string text = "'";
-    for (const char c : path)
-        text += c == '\'' ? "'\\''" : std::string(1, c);
-    return text + "'";
 }
 
 void tell_programs_left(const std::string& root, const RunRecord& record, Display& display)
@@ -54,10 +35,11 @@ void tell_programs_left(const std::string& root, const RunRecord& record, Displa
         "," + json_member("programs", names_of(left)));
 }
 
-void tell_logs(const std::string& root, const Ending& ending, Display& display)
+void tell_logs(
+    const std::string& root, const RunRecord& record, const Ending& ending, Display& display)
 {
     const int step = ending.outcome == Outcome::Failed ? ending.word : ending.last.step;
-    for (const LogEnd& log : log_ends(root, logs_of_step(step))) {
+    for (const LogEnd& log : log_ends(root, record, logs_of_step(step))) {
         display.tell("log",
             "The end of " + log.file + ":\n  " + Tavro::MergeString(log.lines, "\n  "),
             "," + json_member("file", log.file) + "," + json_member("lines", log.lines));
@@ -82,6 +64,12 @@ void tell_restart(const std::string& root, const RunRecord& record, Display& dis
         "`vortik run " + quoted(record.caseFile) + " --restart` goes on from step "
             + std::to_string(point->step) + ".",
         "," + json_member("step_number", static_cast<long long>(point->step)));
+}
+
+std::string detached_text(const RunInSight& run)
+{
+    return "The run goes on by itself. `vortik watch " + quoted(run.root)
+        + "` shows it again, `vortik stop " + quoted(run.root) + "` stops it.";
 }
 
 std::string capital(std::string sentence)
@@ -112,9 +100,14 @@ public:
             look();
             if (end)
                 return conclude(*end);
+            if (Tavro::output_is_abandoned()) {
+                std::cerr << "vortik: nobody reads the output any more. " << detached_text(m_run)
+                          << '\n';
+                return m_onInterrupt == OnInterrupt::Leave ? kFinished : kStopped;
+            }
             if (m_signals.hung_up() || (interrupted() && !ask_to_stop())) {
                 tell_detached(m_run, m_display);
-                return m_onInterrupt == OnInterrupt::LeaveStopping ? kStopped : kFinished;
+                return m_onInterrupt == OnInterrupt::Leave ? kFinished : kStopped;
             }
             if (m_interrupts == m_signals.interrupts()) // else there is another one to hear
                 m_signals.wait(kLook);
@@ -146,8 +139,9 @@ private:
 
     void look_for_life(const Progress& progress)
     {
-        const std::string controller
-            = "The controller (process " + std::to_string(m_run.record.controller) + ")";
+        const std::string controller = m_run.record.controller < 1
+            ? "The controller"
+            : "The controller (process " + std::to_string(m_run.record.controller) + ")";
         switch (m_signOfLife.look(seconds_now(), progress.touched)) {
         case SignOfLife::News::None:
             break;
@@ -243,10 +237,7 @@ SignOfLife::News SignOfLife::look(long long now, long long touched)
 void tell_detached(const RunInSight& run, Display& display)
 {
     display.end(false);
-    display.tell("detached",
-        "The run goes on by itself. `vortik watch " + quoted(run.root)
-            + "` shows it again, `vortik stop " + quoted(run.root) + "` stops it.",
-        "," + json_member("directory", run.root));
+    display.tell("detached", detached_text(run), "," + json_member("directory", run.root));
 }
 
 void tell_ending(
@@ -266,7 +257,7 @@ void tell_ending(
         break;
     case Outcome::Failed:
     case Outcome::Died:
-        tell_logs(root, ending, display);
+        tell_logs(root, record, ending, display);
         tell_programs_left(root, record, display);
         break;
     }

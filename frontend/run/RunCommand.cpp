@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/CaseText.h"
 #include "frontend/ExitStatus.h"
-#include "frontend/run/EarlierRun.h"
+#include "frontend/run/Cleaning.h"
 #include "frontend/run/Follow.h"
 #include "frontend/run/Json.h"
 #include "frontend/run/RunCommands.h"
@@ -23,18 +23,25 @@ int complain(const std::string& what, int status)
 
 void tell_cleaning(const PreparedRun& run, Display& display)
 {
-    if (run.input.m_bRestart)
-        return;
-    const auto results = results_to_be_cleaned(run.root);
-    if (results.empty())
-        return;
-    std::vector<std::string> directories;
-    directories.reserve(results.size());
-    for (const Results& one : results)
-        directories.push_back(one.directory);
-    display.tell("cleaning",
-        "Cleaning the results of an earlier run in " + run.root + ": " + results_text(results),
-        "," + json_member("directories", directories));
+    if (!run.input.m_bRestart) {
+        const auto cleaned = results_to_be_cleaned(run.root, run.input.m_strCaseName);
+        std::vector<std::string> directories;
+        directories.reserve(cleaned.size());
+        for (const Results& one : cleaned)
+            directories.push_back(one.directory);
+        if (!cleaned.empty())
+            display.tell("cleaning",
+                "Cleaning the results of an earlier run in " + run.root + ": "
+                    + results_text(cleaned),
+                "," + json_member("directories", directories));
+    }
+    const auto replaced = files_to_be_replaced(run.root, run.input);
+    std::vector<std::string> files;
+    for (const Results& one : replaced)
+        files.insert(files.end(), one.files.begin(), one.files.end());
+    if (!files.empty())
+        display.tell("replacing", "Writing anew: " + results_text(replaced),
+            "," + json_member("files", files));
 }
 
 void tell_start(const RunInSight& started, const PreparedRun& run, Display& display)
@@ -94,12 +101,9 @@ int run_command(const RunOptions& options)
     // Two that are started at once must not both find the directory free.
     std::optional<Tavro::Claim> claim(std::in_place, prepared->root);
     if (!claim->granted())
-        return complain("another run is just beginning in " + prepared->root, kBadInput);
-    if (reason = obstacle(*prepared, options.force); !reason.empty())
-        return complain(reason, kBadInput);
-    if (reason = lack_of_programs(*prepared); !reason.empty())
-        return complain(reason, kFailed);
-
+        return complain("another run is just beginning in " + prepared->root + "; `vortik watch "
+                + quoted(prepared->root) + "` will show it",
+            kBadInput);
     Tavro::UserSignals signals;
     Display display(options.json);
     const LinkUse links;
@@ -107,6 +111,15 @@ int run_command(const RunOptions& options)
         return complain(
             std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
             kFailed);
+    if (reason = obstacle(*prepared, options.force); !reason.empty())
+        return complain(reason, kBadInput);
+    if (reason = lack_of_programs(*prepared); !reason.empty())
+        return complain(reason, kFailed);
+    if (signals.interrupts() > 0 || signals.hung_up())
+        return complain(
+            "asked to end before the run had begun; nothing has been changed", kStopped);
+    if (const std::string doubt = doubt_about_restart(*prepared); !doubt.empty())
+        display.tell("other_case", doubt, "," + json_member("parts", prepared->changed));
     tell_cleaning(*prepared, display);
     reason.clear();
     auto run = start_run(*prepared, reason);

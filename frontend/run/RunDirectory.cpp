@@ -8,9 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <utility>
 
 namespace Frontend {
 
@@ -66,14 +68,66 @@ std::string binary_case(const std::string& root) { return root + "/.vortik-case"
 
 std::string usual_completion_file(const std::string& root) { return root + "/.vortik-completion"; }
 
-bool remember_run(const std::string& root, const RunRecord& record)
+std::string remembered_text(const std::string& root)
 {
-    const std::string text = std::string(kFirstLine) + "\ncase " + record.caseFile + "\nname "
-        + record.caseName + "\ncompletion " + record.completionFile + "\nhost " + record.host
-        + "\ncontroller " + std::to_string(record.controller) + "\nmark " + record.mark + "\nlink "
-        + std::to_string(record.link) + '\n';
+    std::ifstream file(record_file(root), std::ios::binary);
+    std::string text;
+    std::getline(file, text, '\0');
+    return text;
+}
+
+bool remember_text(const std::string& root, const std::string& text)
+{
+    std::error_code error;
+    if (text.empty())
+        return std::filesystem::remove(record_file(root), error) || !error;
     return Tavro::writeFileAtomically(Tavro::AsWritten(record_file(root)), text);
 }
+
+bool remember_run(const std::string& root, const RunRecord& record)
+{
+    std::string text = std::string(kFirstLine) + "\ncase " + record.caseFile + "\nname "
+        + record.caseName + "\ncompletion " + record.completionFile + "\nhost " + record.host
+        + "\ncontroller " + std::to_string(record.controller) + "\nmark " + record.mark + "\nlink "
+        + std::to_string(record.link) + "\nsince " + std::to_string(record.since) + "\ngrid "
+        + record.built.grid + "\nboundaries " + record.built.boundaries + "\nrotors "
+        + record.built.rotors + '\n';
+    for (const WorkTime& time : record.earlier)
+        text += "earlier " + std::to_string(time.begin) + ' ' + std::to_string(time.end) + '\n';
+    for (const LogMark& log : record.logs)
+        text += "log " + std::to_string(log.size) + ' ' + log.digest + ' ' + log.file + '\n';
+    return remember_text(root, text);
+}
+
+namespace {
+
+/// Splits at the first blank.
+std::pair<std::string, std::string> halves(const std::string& text)
+{
+    const auto blank = text.find(' ');
+    if (blank == std::string::npos)
+        return { text, "" };
+    return { text.substr(0, blank), text.substr(blank + 1) };
+}
+
+void take_earlier(const std::string& value, RunRecord& record)
+{
+    const auto [begin, end] = halves(value);
+    WorkTime time;
+    if (read_number(begin, time.begin) && read_number(end, time.end))
+        record.earlier.push_back(time);
+}
+
+void take_log(const std::string& value, RunRecord& record)
+{
+    const auto [size, rest] = halves(value);
+    const auto [digest, file] = halves(rest);
+    LogMark log { file, 0, digest };
+    if (read_number(size, log.size))
+        record.logs.push_back(std::move(log));
+}
+
+} // namespace
 
 std::optional<RunRecord> recall_run(const std::string& root)
 {
@@ -82,17 +136,56 @@ std::optional<RunRecord> recall_run(const std::string& root)
     if (!std::getline(file, line) || line != kFirstLine)
         return std::nullopt;
     std::map<std::string, std::string> values;
+    RunRecord record;
     while (std::getline(file, line)) {
-        const auto blank = line.find(' ');
-        if (blank != std::string::npos)
-            values[line.substr(0, blank)] = line.substr(blank + 1);
+        auto [word, value] = halves(line);
+        if (word == "earlier")
+            take_earlier(value, record);
+        else if (word == "log")
+            take_log(value, record);
+        else
+            values[word] = std::move(value);
     }
-    RunRecord record { values["case"], values["name"], values["completion"], values["host"], -1,
-        values["mark"], 0 };
+    record.caseFile = values["case"];
+    record.caseName = values["name"];
+    record.completionFile = values["completion"];
+    record.host = values["host"];
+    record.mark = values["mark"];
+    record.built = { values["grid"], values["boundaries"], values["rotors"] };
+    (void)read_number(values["since"], record.since); // an older `vortik` has not noted it
     if (record.completionFile.empty() || !read_number(values["controller"], record.controller)
         || !read_number(values["link"], record.link))
         return std::nullopt;
     return record;
+}
+
+std::optional<long long> write_time(const std::string& file)
+{
+    std::error_code error;
+    const auto time = std::filesystem::last_write_time(file, error);
+    if (error)
+        return std::nullopt;
+    return static_cast<long long>(time.time_since_epoch().count());
+}
+
+long long work_seconds(int seconds)
+{
+    using Clock = std::filesystem::file_time_type::clock;
+    return std::chrono::duration_cast<Clock::duration>(std::chrono::seconds(seconds)).count();
+}
+
+std::string quoted(const std::string& path)
+{
+    const bool plain = std::all_of(path.begin(), path.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
+            || c == '/' || c == '.' || c == '_' || c == '-' || c == '+' || c == ',';
+    });
+    if (plain)
+        return path;
+    std::string text = "'";
+    for (const char c : path)
+        text += c == '\'' ? "'\\''" : std::string(1, c);
+    return text + "'";
 }
 
 std::optional<int> completion_word(const std::string& file)

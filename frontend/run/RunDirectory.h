@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "frontend/run/CaseDigests.h"
 #include "tavrobase/FilePath.h"
 #include "tavrobase/Surveillance.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +16,19 @@ namespace Frontend {
 /// directly in the directory: the controller cleans directories below it, so neither a new run nor
 /// the end of one takes them away.
 
+/// A stretch of time in which a run worked, by the clock of its directory's file system.
+struct WorkTime {
+    long long begin = 0;
+    long long end = 0;
+};
+
+/// A log as it was before a run.
+struct LogMark {
+    std::string file; ///< from the root of the run
+    std::uint64_t size = 0;
+    std::string digest; ///< of its last bytes
+};
+
 /// What those who come later need to know of the last run of a directory.
 struct RunRecord {
     std::string caseFile; ///< the readable case
@@ -23,6 +38,10 @@ struct RunRecord {
     long long controller = -1; ///< its process, and the group of all programs of the run
     std::string mark; ///< which process of that number
     unsigned link = 0; ///< number of the front end's link
+    long long since = 0; ///< when it began, as in `WorkTime`; 0 if nobody has noted it
+    std::vector<WorkTime> earlier = {}; ///< of the runs that it continues
+    CaseDigests built = {}; ///< what its grid and cards were made from
+    std::vector<LogMark> logs = {}; ///< those that were there before it
 };
 
 /// The directory of a run, given itself or a file in it: absolute, every link followed, without "/"
@@ -38,10 +57,23 @@ struct RunRecord {
 /// The completion file of a case that names none.
 [[nodiscard]] std::string usual_completion_file(const std::string& root);
 
+/// What is remembered of the run, as it stands; empty if there is nothing. `remember_text` puts it
+/// back.
+[[nodiscard]] std::string remembered_text(const std::string& root);
+/// False if it could not be written. Nothing to remember takes the file away.
+[[nodiscard]] bool remember_text(const std::string& root, const std::string& text);
 /// False if it could not be written.
 [[nodiscard]] bool remember_run(const std::string& root, const RunRecord& record);
 /// Nothing if no run is known, or what is kept of it has been damaged.
 [[nodiscard]] std::optional<RunRecord> recall_run(const std::string& root);
+
+/// When a file was written last, as in `WorkTime`; nothing if there is no such file.
+[[nodiscard]] std::optional<long long> write_time(const std::string& file);
+/// That many seconds, as in `WorkTime`.
+[[nodiscard]] long long work_seconds(int seconds);
+
+/// How to name a path in a command that a person types or pastes.
+[[nodiscard]] std::string quoted(const std::string& path);
 
 /// The number that a completion file holds; nothing if there is no such file or it holds anything
 /// else.

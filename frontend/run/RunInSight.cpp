@@ -2,7 +2,10 @@
 #include "frontend/run/RunInSight.h"
 
 #include "frontend/ExitStatus.h"
+#include "frontend/run/LinkedRun.h"
 #include "frontend/run/StepWords.h"
+
+#include <algorithm>
 
 namespace Frontend {
 
@@ -15,11 +18,24 @@ LinkUse::LinkUse()
 
 LinkUse::~LinkUse() { LinkManager::Shutdown(); }
 
+namespace {
+
+bool link_lives(const VRK::GUIConLink* link, long long since)
+{
+    LinkManager::Result result {};
+    const auto progress = link == nullptr ? std::nullopt : read_progress(*link, result);
+    if (!progress || progress->step < 0 || progress->step == VRK::StepComplete)
+        return false;
+    return seconds_now() - std::max(progress->touched, since) <= kSecondsToDeath;
+}
+
+} // namespace
+
 std::optional<Tavro::ChildEnd> RunInSight::controller_end() const
 {
     if (isOurChild)
         return Tavro::child_end(record.controller);
-    if (controller_lives(record))
+    if (linkedSince ? link_lives(link.get(), *linkedSince) : controller_lives(record))
         return std::nullopt;
     return Tavro::ChildEnd {};
 }

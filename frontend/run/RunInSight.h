@@ -33,6 +33,9 @@ struct RunInSight {
     RunRecord record;
     std::unique_ptr<VRK::GUIConLink> link; ///< null if there is none to attach to
     bool isOurChild = false; ///< whether this process has started the controller
+    /// For a run of which the controller's process is not known: when it was seen first, in seconds
+    /// since 1970. Its life and its end are those that its link tells.
+    std::optional<long long> linkedSince = std::nullopt;
 
     /// How the controller has ended; nothing while it lives. To be asked no more after an answer.
     [[nodiscard]] std::optional<Tavro::ChildEnd> controller_end() const;

@@ -2,7 +2,11 @@
 #include "frontend/run/RunStart.h"
 
 #include "case/CaseFile.h"
+#include "frontend/run/Cleaning.h"
 #include "frontend/run/EarlierRun.h"
+#include "frontend/run/LinkedRun.h"
+#include "frontend/run/LogEnds.h"
+#include "frontend/run/StepWords.h"
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
@@ -74,7 +78,7 @@ std::optional<PreparedRun> prepare_run(
         return std::nullopt;
     }
     PreparedRun run { *root, *root + "/" + fs::path(caseFile).filename().string(), std::move(input),
-        "" };
+        "", {}, {} };
     run.completionFile = completion_file(*root, run.input.m_fpCompletionFile.Get());
     if (run.completionFile.size() > VRK::kLongestCompletionPath) {
         reason = "the path of the completion file is longer than "
@@ -93,29 +97,78 @@ std::optional<PreparedRun> prepare_run(
     }
     run.input.m_strModelDir = *root;
     run.input.m_fpCompletionFile = Tavro::AsWritten(run.completionFile);
+    run.built = digests_of(run.input); // before the restart file comes in
     if (restart)
         reason = use_restart(run.input, *root);
+    const auto record = restart ? recall_run(*root) : std::nullopt;
+    if (record)
+        run.changed = changed_parts(record->built, run.built, run.input.m_adapt.m_bAdaptive);
     return reason.empty() ? std::optional(std::move(run)) : std::nullopt;
 }
 
-std::string obstacle(const PreparedRun& run, bool force)
+namespace {
+
+std::string how_to_attach(const std::string& root)
 {
-    const auto record = recall_run(run.root);
+    return "`vortik watch " + quoted(root) + "` shows it, `vortik stop " + quoted(root)
+        + "` stops it";
+}
+
+/// A run that is under way, whoever began it, and what one has left behind.
+std::string life_in(const std::string& root, const std::optional<RunRecord>& record, bool force)
+{
     if (record && controller_lives(*record))
-        return "a run is under way in " + run.root + " (controller: process "
-            + std::to_string(record->controller) + "); `vortik stop` stops it";
+        return "a run is under way in " + root + " (controller: process "
+            + std::to_string(record->controller) + "); " + how_to_attach(root);
     if (record) {
         const auto left = step_programs(*record);
         if (!left.empty())
-            return "of an earlier run in " + run.root + " there is still running: " + names_of(left)
-                + "; `vortik stop` ends it";
+            return "of an earlier run in " + root + " there is still running: " + names_of(left)
+                + "; `vortik stop " + quoted(root) + "` ends it";
     }
-    if (force)
+    const auto linked = linked_run(root, record);
+    if (!linked)
         return "";
-    if (record && !is_here(*record)
-        && completion_word(record->completionFile) == VRK::StepNotFinished)
-        return "a run in " + run.root + " was begun on " + record->host
-            + " and has not ended, as far as can be seen from here; --force begins another";
+    const std::string link = "link " + std::to_string(linked->link);
+    if (linked->isTouched)
+        return "a run that another front end has begun is under way in " + root + " (" + link
+            + "); " + how_to_attach(root);
+    return force ? ""
+                 : "another front end has a link for " + root + " (" + link
+            + "), and no controller is to be seen on it; --force begins a run all the same";
+}
+
+/// Files that a new run would take from somebody else.
+std::string harm_of(const PreparedRun& run, const std::optional<RunRecord>& record)
+{
+    if (run.input.m_bRestart)
+        return "";
+    const auto cleaned = results_to_be_cleaned(run.root, run.input.m_strCaseName);
+    const std::string advice = ". Move away what is to be kept; --force begins all the same";
+    if (record) {
+        const auto times = work_times(run.root, *record);
+        const auto strangers
+            = times.empty() ? std::vector<Results> {} : strangers_among(run.root, cleaned, times);
+        return strangers.empty() ? ""
+                                 : "files in " + run.root
+                + " that its earlier run has not left so would be removed: " + some_of(strangers)
+                + advice;
+    }
+    const auto replaced = files_to_be_replaced(run.root, run.input);
+    if (cleaned.empty() && replaced.empty())
+        return "";
+    std::string text
+        = "no earlier run of vortik is known in " + run.root + ", and a new one would ";
+    if (!cleaned.empty())
+        text += "remove " + some_of(cleaned);
+    if (!replaced.empty())
+        text += (cleaned.empty() ? "replace " : ", and replace ") + some_of(replaced);
+    return text + advice;
+}
+
+/// Files in the way that only a run's own may be.
+std::string wrong_file(const PreparedRun& run, const std::optional<RunRecord>& record)
+{
     if (occupied(run.completionFile) && !completion_word(run.completionFile))
         return run.completionFile
             + " is in the place of the completion file and is none; --force replaces it";
@@ -125,16 +178,100 @@ std::string obstacle(const PreparedRun& run, bool force)
     return "";
 }
 
+std::string parts_text(const std::vector<std::string>& parts)
+{
+    return Tavro::MergeString(parts, ", ");
+}
+
+} // namespace
+
+std::string obstacle(const PreparedRun& run, bool force)
+{
+    const auto record = recall_run(run.root);
+    if (const std::string life = life_in(run.root, record, force); !life.empty() || force)
+        return life;
+    if (record && !is_here(*record)
+        && completion_word(record->completionFile) == VRK::StepNotFinished)
+        return "a run in " + run.root + " was begun on " + record->host
+            + " and has not ended, as far as can be seen from here; --force begins another";
+    if (const std::string wrong = wrong_file(run, record); !wrong.empty())
+        return wrong;
+    if (!run.changed.empty())
+        return "the run that --restart goes on with has been built from other "
+            + parts_text(run.changed)
+            + " and keeps them. Begin a new run without --restart; --force goes on all the same";
+    return harm_of(run, record);
+}
+
+std::string doubt_about_restart(const PreparedRun& run)
+{
+    if (run.changed.empty())
+        return "";
+    return "The case has other " + parts_text(run.changed)
+        + " than the run that it goes on with, which keeps those that it was built from.";
+}
+
 std::string lack_of_programs(const PreparedRun& run)
 {
     const std::string directory = program_directory();
-    std::vector<std::string> missing = missing_programs(directory, run.input);
-    if (!occupied(directory + kController))
-        missing.insert(missing.begin(), kController);
+    const std::vector<std::string> missing = missing_programs(directory, run.input);
+    std::string text;
+    if (!is_program(directory + kController))
+        text = std::string("there is no ") + kController + " in " + directory
+            + ", the directory of vortik, where it is looked for";
     if (missing.empty())
-        return "";
-    return "missing beside vortik, in " + directory + ": " + Tavro::MergeString(missing, ", ");
+        return text;
+    const bool several = missing.size() > 1;
+    return text + (text.empty() ? "" : "; ") + "there " + (several ? "are" : "is") + " no "
+        + Tavro::MergeString(missing, ", ") + " in " + directory
+        + ". Step programs are products of "
+        + "their own; the controller looks for them beside vortik. Put them there, or links to "
+          "them";
 }
+
+namespace {
+
+/// What stood in a file before, put back unless the run has begun.
+class Former {
+public:
+    explicit Former(const std::string& file)
+        : m_file(file)
+        , m_word(completion_word(file))
+    {
+    }
+    ~Former()
+    {
+        if (m_isKept && m_word) // what cannot be put back is the end of a run that is over
+            (void)Tavro::writeFileAtomically(
+                Tavro::AsWritten(m_file), std::to_string(*m_word) + "\n");
+    }
+    Former(const Former&) = delete;
+    Former& operator=(const Former&) = delete;
+    Former(Former&&) = delete;
+    Former& operator=(Former&&) = delete;
+    void give_up() { m_isKept = false; }
+
+private:
+    std::string m_file;
+    std::optional<int> m_word;
+    bool m_isKept = true;
+};
+
+/// What is to be remembered of a run before its controller begins.
+RunRecord first_record(const PreparedRun& run, unsigned link, long long since)
+{
+    RunRecord record { run.caseFile, run.input.m_strCaseName, run.completionFile,
+        Tavro::GetHostname(), -1, "", link, since, {}, run.built, mark_logs(run.root, all_logs()) };
+    const auto former = run.input.m_bRestart ? recall_run(run.root) : std::nullopt;
+    if (former) {
+        record.earlier = work_times(run.root, *former);
+        if (!former->built.grid.empty())
+            record.built = former->built;
+    }
+    return record;
+}
+
+} // namespace
 
 std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
 {
@@ -156,25 +293,33 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
         reason = "the case file " + caseFile + " cannot be written";
         return std::nullopt;
     }
-    // The last word of an earlier run must not be taken for that of this one.
+    const std::string formerRecord = remembered_text(run.root);
+    Former formerWord(run.completionFile);
     std::error_code error;
+    started.record = first_record(run, started.link->GetLinkID(), write_time(caseFile).value_or(0));
+    // Before the controller: whoever comes when this process has been killed must know of the run.
+    if (!remember_run(run.root, started.record)) {
+        reason = "what is to be remembered of the run cannot be written in " + run.root;
+        fs::remove(caseFile, error);
+        return std::nullopt;
+    }
+    // The last word of an earlier run must not be taken for that of this one.
     fs::remove(run.completionFile, error);
-    RunRecord& record = started.record;
-    record = { run.caseFile, run.input.m_strCaseName, run.completionFile, Tavro::GetHostname(), -1,
-        "", started.link->GetLinkID() };
 
     const std::string program = program_directory() + kController;
     const auto child = Tavro::start_apart({ program, program, { "-input=" + caseFile } });
     if (child.pid < 0) {
         reason = program + " cannot be started: " + Tavro::error_text(child.error);
         fs::remove(caseFile, error);
+        (void)remember_text(run.root, formerRecord); // it tells of the run before, if of any
         return std::nullopt;
     }
-    record.controller = child.pid;
-    record.mark = Tavro::process_mark(child.pid);
-    if (!remember_run(run.root, record))
-        // It runs all the same; nobody else will find it but by its link.
-        reason = "what `vortik watch` needs to know cannot be written in " + run.root;
+    formerWord.give_up();
+    started.record.controller = child.pid;
+    started.record.mark = Tavro::process_mark(child.pid);
+    if (!remember_run(run.root, started.record))
+        // It runs all the same; others find it by its link.
+        reason = "the controller's process cannot be noted in " + run.root;
     return started;
 }
 

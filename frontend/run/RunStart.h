@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Frontend {
 
@@ -19,6 +20,8 @@ struct PreparedRun {
     std::string caseFile; ///< the readable one
     VRK::ControllerInput input;
     std::string completionFile;
+    CaseDigests built; ///< what a new run of the case would be made from
+    std::vector<std::string> changed; ///< parts in which a restart differs from the run before
 };
 
 /// Fits a case to its directory, with the latest restart file if that is asked for. Nothing has
@@ -27,7 +30,10 @@ struct PreparedRun {
     const std::string& caseFile, VRK::ControllerInput input, bool restart, std::string& reason);
 
 /// Why the run may not begin in its directory, or nothing. `force` overrides what is only a doubt.
+/// Needs a share in the links.
 [[nodiscard]] std::string obstacle(const PreparedRun& run, bool force);
+/// What whoever forces a restart is to know of it, or nothing.
+[[nodiscard]] std::string doubt_about_restart(const PreparedRun& run);
 /// Why the installation cannot run the case, or nothing.
 [[nodiscard]] std::string lack_of_programs(const PreparedRun& run);
 

@@ -2,10 +2,12 @@
 #include "frontend/ExitStatus.h"
 #include "frontend/run/Display.h"
 #include "frontend/run/Json.h"
+#include "frontend/run/LinkedRun.h"
 #include "frontend/run/RunCommands.h"
 #include "frontend/run/RunInSight.h"
 
 #include <iostream>
+#include <optional>
 #include <set>
 
 namespace Frontend {
@@ -30,12 +32,34 @@ Status status_of_living(const std::string& root, const RunRecord& record)
         "," + progress_members(*progress) };
 }
 
-Status status_of(const std::string& root, const RunRecord& record)
+Status status_of_linked(const LinkedRun& run)
 {
-    if (controller_lives(record))
-        return status_of_living(root, record);
+    const std::string whose = " (begun by another front end)";
+    if (run.progress.step <= 0)
+        return { "running" + whose, "running", kFinished, "" };
+    return { "running, " + progress_text(run.progress) + whose, "running", kFinished,
+        "," + progress_members(run.progress) };
+}
+
+/// Nothing if there is no run at all.
+std::optional<Status> status_of(const std::string& root, const std::optional<RunRecord>& known)
+{
+    if (known && controller_lives(*known))
+        return status_of_living(root, *known);
+    if (const auto linked = linked_run(root, known)) {
+        if (linked->isTouched)
+            return status_of_linked(*linked);
+        if (!known)
+            return Status {
+                "has a link of another front end, and no controller is to be seen on it", "waiting",
+                kFinished, ""
+            };
+    }
+    if (!known)
+        return std::nullopt;
+    const RunRecord& record = *known;
     if (!is_here(record) && completion_word(record.completionFile) == VRK::StepNotFinished)
-        return { "begun on " + record.host + "; from here it cannot be seen whether it runs",
+        return Status { "begun on " + record.host + "; from here it cannot be seen whether it runs",
             "elsewhere", kFinished, "" };
     const Ending ending = ending_of(record, {}, {});
     Status status { ending_text(ending), outcome_name(ending.outcome),
@@ -73,35 +97,33 @@ std::set<std::string> linked_roots()
 int status_command(const std::string& path, bool json)
 {
     const auto root = path.empty() ? std::nullopt : run_root(path);
-    const auto record = root ? recall_run(*root) : std::nullopt;
-    if (!path.empty() && !record) {
-        std::cerr << "vortik: "
-                  << (root ? "no run is known in " + *root + "; `vortik run` starts one"
-                           : path + ": no such directory")
-                  << '\n';
-        return kBadInput;
-    }
+    const auto complain = [](const std::string& what, int status) {
+        std::cerr << "vortik: " << what << '\n';
+        return status;
+    };
+    if (!path.empty() && !root)
+        return complain(path + ": no such directory", kBadInput);
     Display display(json);
     const LinkUse links;
-    if (links.result() != Tavro::LinkManager::Success) {
-        std::cerr << "vortik: no links: " << Tavro::LinkManager::GetResultString(links.result())
-                  << '\n';
-        return kFailed;
+    if (links.result() != Tavro::LinkManager::Success)
+        return complain(
+            std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
+            kFailed);
+    if (root) {
+        const auto status = status_of(*root, recall_run(*root));
+        if (!status)
+            return complain("no run is known in " + *root + "; `vortik run` starts one", kBadInput);
+        tell_status(*root, *status, display);
+        return status->exitStatus;
     }
-    if (record) {
-        const Status status = status_of(*root, *record);
-        tell_status(*root, status, display);
-        return status.exitStatus;
+    bool any = false;
+    for (const std::string& one : linked_roots()) {
+        if (const auto status = status_of(one, recall_run(one))) {
+            tell_status(one, *status, display);
+            any = true;
+        }
     }
-    const auto roots = linked_roots();
-    for (const std::string& one : roots) {
-        const auto known = recall_run(one);
-        tell_status(one,
-            known ? status_of(one, *known)
-                  : Status { "has a link of another front end", "foreign", kFinished, "" },
-            display);
-    }
-    if (roots.empty() && !json)
+    if (!any && !json)
         display.tell("status", "No run of yours is under way on this machine.");
     return kFinished;
 }

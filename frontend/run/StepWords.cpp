@@ -82,6 +82,18 @@ std::vector<std::string> logs_of_step(int step)
     return logs;
 }
 
+std::vector<std::string> all_logs()
+{
+    std::vector<std::string> logs;
+    for (const StepWords& words : kSteps) {
+        for (const std::string& log : logs_of_step(words.step)) {
+            if (std::find(logs.begin(), logs.end(), log) == logs.end())
+                logs.push_back(log);
+        }
+    }
+    return logs;
+}
+
 std::string duration_text(long long seconds)
 {
     constexpr long long kMinute = 60;

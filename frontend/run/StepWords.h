@@ -15,6 +15,9 @@ namespace Frontend {
 /// the likeliest first; of no program's step, the controller's own alone.
 [[nodiscard]] std::vector<std::string> logs_of_step(int step);
 
+/// Every log that there may be of a step, each once.
+[[nodiscard]] std::vector<std::string> all_logs();
+
 /// "45 s", "3 min 20 s", "2 h 5 min".
 [[nodiscard]] std::string duration_text(long long seconds);
 

@@ -2,6 +2,7 @@
 #include "frontend/ExitStatus.h"
 #include "frontend/run/Follow.h"
 #include "frontend/run/Json.h"
+#include "frontend/run/LinkedRun.h"
 #include "frontend/run/RunCommands.h"
 
 #include <chrono>
@@ -20,25 +21,37 @@ int complain(const std::string& what, int status = kBadInput)
     return status;
 }
 
-/// The run of a directory, as far as it is known; else a complaint.
-std::optional<RunInSight> find_run(const std::string& path)
+/// The run of a directory, as far as it is known; else a complaint. Needs a share in the links.
+std::optional<RunInSight> find_run(const std::string& root)
 {
-    const auto root = run_root(path);
-    if (!root) {
-        (void)complain(path + ": no such directory"); // the caller has the status
-        return std::nullopt;
+    auto record = recall_run(root);
+    if (!record || !controller_lives(*record)) {
+        if (const auto linked = linked_run(root, record); linked && linked->isTouched)
+            return RunInSight { root, record_of(*linked, record), nullptr, false, seconds_now() };
     }
-    auto record = recall_run(*root);
-    if (!record) {
-        (void)complain("no run is known in " + *root + "; `vortik run` starts one");
-        return std::nullopt;
-    }
-    return RunInSight { *root, std::move(*record), nullptr, false };
+    if (record)
+        return RunInSight { root, std::move(*record), nullptr, false, std::nullopt };
+    // The caller has the status.
+    (void)complain("no run is known in " + root + "; `vortik run` starts one");
+    return std::nullopt;
+}
+
+/// Whether there is a directory and a share in the links; else a complaint, and the exit status.
+int complaint_of(
+    const std::string& path, const std::optional<std::string>& root, const LinkUse& links)
+{
+    if (!root)
+        return complain(path + ": no such directory");
+    if (links.result() != Tavro::LinkManager::Success)
+        return complain(
+            std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
+            kFailed);
+    return kFinished;
 }
 
 bool is_elsewhere(const RunInSight& run)
 {
-    return !is_here(run.record)
+    return !run.linkedSince && !is_here(run.record)
         && completion_word(run.record.completionFile) == VRK::StepNotFinished;
 }
 
@@ -48,17 +61,21 @@ int complain_of_distance(const RunInSight& run)
         + " and can be seen from there alone");
 }
 
+bool lives(const RunInSight& run) { return run.linkedSince || controller_lives(run.record); }
+
 /// False, after a complaint, if there is no link though the controller lives.
 bool attach(RunInSight& run)
 {
     Tavro::LinkManager::Result result {};
     run.link = attach_to_run(run.root, run.record, result);
-    if (run.link == nullptr && controller_lives(run.record)) {
-        (void)complain("no link to the controller (process " + std::to_string(run.record.controller)
-            + "): " + Tavro::LinkManager::GetResultString(result));
-        return false;
-    }
-    return true;
+    if (run.link != nullptr || !lives(run))
+        return true;
+    const std::string process = run.record.controller < 1
+        ? ""
+        : " (process " + std::to_string(run.record.controller) + ")";
+    (void)complain("no link to the controller" + process + ": "
+        + Tavro::LinkManager::GetResultString(result)); // the caller has the status
+    return false;
 }
 
 /// Ends what a run without a controller has left behind.
@@ -83,15 +100,18 @@ int end_programs_left(const RunInSight& run, Display& display, Tavro::UserSignal
 
 int watch_command(const std::string& path, bool json)
 {
-    auto run = find_run(path);
+    const auto root = run_root(path);
+    Tavro::UserSignals signals;
+    Display display(json);
+    const LinkUse links;
+    if (const int status = complaint_of(path, root, links); status != kFinished)
+        return status;
+    auto run = find_run(*root);
     if (!run)
         return kBadInput;
     if (is_elsewhere(*run))
         return complain_of_distance(*run);
-    Tavro::UserSignals signals;
-    Display display(json);
-    const LinkUse links;
-    if (controller_lives(run->record) && !attach(*run))
+    if (lives(*run) && !attach(*run))
         return kFailed;
     const int status = follow_run(*run, display, signals, OnInterrupt::Leave);
     run->link.reset(); // before the share in the links ends
@@ -100,15 +120,18 @@ int watch_command(const std::string& path, bool json)
 
 int stop_command(const std::string& path, bool json)
 {
-    auto run = find_run(path);
+    const auto root = run_root(path);
+    Tavro::UserSignals signals;
+    Display display(json);
+    const LinkUse links;
+    if (const int status = complaint_of(path, root, links); status != kFinished)
+        return status;
+    auto run = find_run(*root);
     if (!run)
         return kBadInput;
     if (is_elsewhere(*run))
         return complain_of_distance(*run);
-    Tavro::UserSignals signals;
-    Display display(json);
-    const LinkUse links;
-    if (!controller_lives(run->record)) {
+    if (!lives(*run)) {
         if (!step_programs(run->record).empty())
             return end_programs_left(*run, display, signals);
         return complain(
@@ -123,9 +146,10 @@ int stop_command(const std::string& path, bool json)
             kFailed);
     display.tell("stopping", "Stopping " + run->root + ", as soon as the controller hears it.");
     const int status = follow_run(*run, display, signals, OnInterrupt::LeaveStopping);
+    const bool goesOn = !run->controller_end();
     run->link.reset(); // before the share in the links ends
     // What was asked for is that it runs no more.
-    return controller_lives(run->record) ? kStopped : status == kFailed ? kFailed : kFinished;
+    return goesOn ? kStopped : status == kFailed ? kFailed : kFinished;
 }
 
 } // namespace Frontend

@@ -13,8 +13,17 @@ namespace Tavro::Platform {
 /// or it cannot tell.
 [[nodiscard]] std::optional<unsigned> terminal_columns();
 
+/// Whether nobody can read any more what is written to standard output: the other end of its pipe
+/// or its terminal is gone.
+[[nodiscard]] bool output_is_abandoned();
+
+/// Opens those of the three standard streams that the program was started without, on nothing: a
+/// file that is opened later must not become one of them and be written into.
+void open_missing_standard_streams();
+
 /// What the user asks from outside while an object of this class lives, of which there is one at a
-/// time. What was in force before comes back at its end.
+/// time. Meanwhile output that nobody reads fails and does not end the process. What was in force
+/// before comes back at its end.
 class UserSignals {
 public:
     UserSignals();

@@ -47,6 +47,16 @@ TEST(NearestName, TheNameWithTheFewestChangedLettersIsMeant)
     EXPECT_EQ(Frontend::nearest_name("hibryd", names), "hybrid");
 }
 
+TEST(NearestName, TwoNeighboursInTheWrongOrderAreOneMistake)
+{
+    EXPECT_EQ(Frontend::nearest_name("rnu", { "new", "run" }), "run");
+    EXPECT_EQ(Frontend::nearest_name("di", { "id" }), "id");
+    // Four letters allow one mistake; two changed ones would not be forgiven.
+    EXPECT_EQ(Frontend::nearest_name("sohw", { "slow!", "show" }), "show");
+    // An exchange and a change are two mistakes, too many in a word of three letters.
+    EXPECT_EQ(Frontend::nearest_name("rnx", { "run" }), "");
+}
+
 TEST(NearestName, NothingIsMeantIfAllAreFar)
 {
     EXPECT_EQ(Frontend::nearest_name("quux", { "cells", "id" }), "");

@@ -6,7 +6,10 @@
 
 #include <algorithm>
 #include <regex>
+#include <set>
 #include <sstream>
+
+#include <fcntl.h>
 
 namespace {
 
@@ -80,6 +83,160 @@ TEST(Manual, CompletionKnowsEveryOptionOfEveryCommand)
              i != std::sregex_iterator(); ++i)
             EXPECT_TRUE(holds(offered, i->str())) << command << ' ' << i->str();
     }
+}
+
+const std::vector<std::string> kCommands { "new", "check", "build", "show", "run", "watch", "stop",
+    "status", "links", "surface", "airfoil check", "airfoil clean" };
+
+std::vector<std::string> words_of(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;)
+        words.push_back(word);
+    return words;
+}
+
+/// The man page without its markup.
+std::string plain_man_page()
+{
+    std::string page = Testing::read_file(kTree + "/man/vortik.1");
+    page = std::regex_replace(page, std::regex("\\\\-"), "-");
+    return std::regex_replace(page, std::regex("\n\\.(BI|BR|TP|B) ?"), "\n");
+}
+
+/// What stands between a line that begins with that and the next one that begins with `next`.
+std::string section(const std::string& page, const std::string& heading, const std::string& next)
+{
+    const auto begin = page.find("\n" + heading);
+    if (begin == std::string::npos)
+        return "";
+    const auto end = page.find("\n" + next, begin + 1);
+    return page.substr(begin, end == std::string::npos ? end : end - begin);
+}
+
+std::set<std::string> options_in(const std::string& text)
+{
+    std::set<std::string> found;
+    static const std::regex option("(^|[\\s,])(--?[a-z]+)");
+    for (auto i = std::sregex_iterator(text.begin(), text.end(), option);
+         i != std::sregex_iterator(); ++i)
+        found.insert((*i)[2]);
+    return found;
+}
+
+TEST(Manual, ManPageTellsEveryOptionOfEveryCommandAndNoOther)
+{
+    const std::string page = plain_man_page();
+    for (const std::string& command : kCommands) {
+        const std::string help = help_of(words_of(command));
+        auto expected = options_in(section(help, "Options:", "\n"));
+        EXPECT_EQ(expected.erase("-h") + expected.erase("--help"), 2U) << command;
+        std::set<std::string> told;
+        // An option is told where its own paragraph begins, not where another one speaks of it.
+        std::istringstream lines(section(page, ".SS vortik " + command + " ", ".S"));
+        if (command == "links")
+            lines.str(section(page, ".SS vortik links\n", ".S"));
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("-"))
+                told.merge(options_in(line.substr(0, line.find(' '))));
+        }
+        // "vortik run CASE" speaks of --force within a sentence on a line of its own.
+        EXPECT_EQ(told, expected) << command;
+    }
+}
+
+TEST(Manual, ManPageHasTheSectionsThatPeopleLookFor)
+{
+    const std::string page = plain_man_page();
+    for (const char* heading : { "NAME", "SYNOPSIS", "DESCRIPTION", "COMMANDS", "OPTIONS",
+             "EXIT STATUS", "SIGNALS", "ENVIRONMENT", "FILES", "EXAMPLES" })
+        EXPECT_NE(page.find("\n.SH " + std::string(heading) + "\n"), std::string::npos) << heading;
+    for (const char* signal : { "SIGINT", "SIGTERM", "SIGHUP", "SIGPIPE" })
+        EXPECT_NE(section(page, ".SH SIGNALS", ".SH").find(signal), std::string::npos) << signal;
+    for (const char* name : { "TERM", "NO_COLOR" })
+        EXPECT_NE(section(page, ".SH ENVIRONMENT", ".SH").find(name), std::string::npos) << name;
+    for (const char* file : { ".vortik-run", ".vortik-case", ".vortik-completion", "Restarts" })
+        EXPECT_NE(section(page, ".SH FILES", ".SH").find(file), std::string::npos) << file;
+}
+
+TEST(Manual, ExitStatusesAreTheSameInHelpManPageAndDocumentation)
+{
+    const std::string man = section(plain_man_page(), ".SH EXIT STATUS", ".SH");
+    const std::string docs = Testing::read_file(kTree + "/docs/terminal.md");
+    struct Place {
+        const char* command;
+        const char* man;
+        const char* docs;
+    };
+    for (const Place& place : { Place { "run", "vortik run, vortik watch", "`run`, `watch`" },
+             Place { "watch", "vortik run, vortik watch", "`run`, `watch`" },
+             Place { "stop", "vortik stop", "`stop`" },
+             Place { "status", "vortik status RUN", "`status` of one run" } }) {
+        const std::string help = section(help_of({ place.command }), "Exit status", "\n");
+        static const std::regex line("\n  ([0-3])  (.*)");
+        std::string page = "\n.SS " + std::string(place.man);
+        std::string row = "\n| " + std::string(place.docs) + " |";
+        int count = 0;
+        for (auto i = std::sregex_iterator(help.begin(), help.end(), line);
+             i != std::sregex_iterator(); ++i) {
+            EXPECT_EQ((*i)[1], std::to_string(count++));
+            page += "\n\n" + (*i)[1].str() + "\n" + (*i)[2].str();
+            row += " " + (*i)[2].str() + " |";
+        }
+        EXPECT_EQ(count, 4) << place.command;
+        EXPECT_NE(man.find(page), std::string::npos) << page << "\n--- not in\n" << man;
+        EXPECT_NE(docs.find(row + "\n"), std::string::npos) << row;
+    }
+}
+
+TEST(CommandLine, WhatIsUnknownIsToldWithWhatWasLikelyMeant)
+{
+    const auto told = [](const std::string& line) {
+        const auto outcome = Testing::run_vortik("/", words_of(line));
+        return outcome.out + outcome.err + "status " + std::to_string(outcome.status);
+    };
+    const std::string top = "\n`vortik --help` tells what there is\nstatus 2";
+    EXPECT_EQ(
+        told("rnu robin"), "vortik: there is no command \"rnu\"; did you mean \"run\"?" + top);
+    EXPECT_EQ(told("stat"), "vortik: there is no command \"stat\"; did you mean \"status\"?" + top);
+    EXPECT_EQ(told("frobnicate"), "vortik: there is no command \"frobnicate\"" + top);
+    EXPECT_EQ(told("--verison"),
+        "vortik: there is no option \"--verison\"; did you mean \"--version\"?" + top);
+    EXPECT_EQ(told(""), "vortik: a command is required" + top);
+    EXPECT_EQ(told("airfoil"),
+        "vortik airfoil: a command is required\n`vortik airfoil --help` tells what there "
+        "is\nstatus 2");
+    EXPECT_EQ(told("airfoil chekc a.dat"),
+        "vortik airfoil: there is no command \"chekc\"; did you mean \"check\"?\n`vortik airfoil "
+        "--help` tells what there is\nstatus 2");
+    const std::string run = "\n`vortik run --help` tells what there is\nstatus 2";
+    // The option comes first although the case is missing too.
+    EXPECT_EQ(told("run --restrat"),
+        "vortik run: there is no option \"--restrat\"; did you mean \"--restart\"?" + run);
+    EXPECT_EQ(told("run case --json --detahc"),
+        "vortik run: there is no option \"--detahc\"; did you mean \"--detach\"?" + run);
+    EXPECT_EQ(told("run"), "vortik run: CASE is required" + run);
+    EXPECT_EQ(
+        told("run one two"), "vortik run: The following argument was not expected: two" + run);
+    // What follows an option that takes a value is no command and no option.
+    EXPECT_EQ(told("build --output --ouptut case --froce"),
+        "vortik build: there is no option \"--froce\"; did you mean \"--force\"?\n`vortik build "
+        "--help` tells what there is\nstatus 2");
+}
+
+TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
+{
+    if (!Testing::file_exists("/dev/full"))
+        GTEST_SKIP() << "no device that is always full";
+    const auto outcome = Testing::run_isolated([] {
+        if (::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO) < 0)
+            ::_exit(99);
+        const std::string program = Testing::program_beside_this("vortik");
+        ::execl(program.c_str(), "vortik", "--help", nullptr);
+    });
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "vortik: the output cannot be written\n");
 }
 
 TEST(Manual, CompletionOffersTheExamples)

@@ -17,7 +17,8 @@ namespace Tavro::Platform {
 
 namespace {
 
-constexpr std::array kSignals { SIGINT, SIGTERM, SIGHUP, SIGWINCH };
+// A handler for the last one, since a program that is started would inherit that it is ignored.
+constexpr std::array kSignals { SIGINT, SIGTERM, SIGHUP, SIGWINCH, SIGPIPE };
 
 // A handler can reach nothing but these. Lock-free atomics are safe in it.
 std::atomic<unsigned> g_interrupts = 0;
@@ -54,6 +55,21 @@ std::optional<unsigned> terminal_columns()
     if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
         return std::nullopt;
     return size.ws_col;
+}
+
+bool output_is_abandoned()
+{
+    pollfd output { STDOUT_FILENO, 0, 0 };
+    return ::poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLHUP)) != 0;
+}
+
+void open_missing_standard_streams()
+{
+    // The lowest free number is given out, so they are gone through from the lowest on.
+    for (const int stream : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO }) {
+        if (::fcntl(stream, F_GETFD) < 0 && errno == EBADF)
+            (void)::open("/dev/null", O_RDWR); // without it things are as they were
+    }
 }
 
 UserSignals::UserSignals()

@@ -64,7 +64,8 @@ TEST_F(BadRun, BesideAnotherThatIsJustBeginningIsRefused)
     const Tavro::Platform::Claim claim(root);
     EXPECT_TRUE(claim.granted());
     EXPECT_EQ(tidy(all_of({ "run", root }), root),
-        "vortik: another run is just beginning in DIR\nstatus 2\n");
+        "vortik: another run is just beginning in DIR; `vortik watch DIR` will show it\nstatus "
+        "2\n");
 }
 
 TEST_F(BadRun, WithoutStepProgramsBesideTheFrontEndIsRefused)
@@ -76,8 +77,9 @@ TEST_F(BadRun, WithoutStepProgramsBesideTheFrontEndIsRefused)
     VortikProcess run({ "run", root }, setting);
     EXPECT_EQ(run.ends(), 1);
     EXPECT_EQ(tidy(run.output(), setting.directory),
-        "vortik: missing beside vortik, in DIR/: TreeGen, Vortik_Extractor, Vortik_PreCalc, "
-        "Vortik_Solver\n");
+        "vortik: there are no TreeGen, Vortik_Extractor, Vortik_PreCalc, Vortik_Solver in DIR/. "
+        "Step programs are products of their own; the controller looks for them beside vortik. Put "
+        "them there, or links to them\n");
     EXPECT_EQ(names_in(root), (Names { "case.toml", "cube.obj" }));
 }
 

@@ -47,7 +47,7 @@ TEST_F(Death, OfTheControllerIsToldAndItsProgramIsEndedByStopAndANewRunWorks)
         "N)\nstatus 1\n");
     EXPECT_EQ(tidy(all_of({ "run", root, "--force" }), root),
         "vortik: of an earlier run in DIR there is still running: Vortik_Solver (process N); "
-        "`vortik stop` ends it\nstatus 2\n");
+        "`vortik stop DIR` ends it\nstatus 2\n");
     EXPECT_EQ(tidy(all_of({ "stop", root }), root),
         "The controller is gone. Ending Vortik_Solver (process N).\nstatus 0\n");
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "frontend/run/Cleaning.h"
 #include "frontend/run/EarlierRun.h"
 #include "frontend/run/Follow.h"
 #include "frontend/run/LogEnds.h"
@@ -39,11 +40,15 @@ TEST(RunDirectory, RemembersARunInASmallTextFile)
 {
     const TemporaryDirectory home;
     const RunRecord record { "/a b/case.toml", "cube", "/a b/.vortik-completion", "host", 12,
-        "12@34", 5 };
+        "12@34", 5, -70, { { -90, -80 } }, { "1a", "2b", "3c" },
+        { { "Grid_Output/Tree Gen.err", 17, "4d" } } };
     ASSERT_TRUE(remember_run(home.path(), record));
-    EXPECT_EQ(Testing::read_file(home.path(".vortik-run")),
-        "vortik run 1\ncase /a b/case.toml\nname cube\ncompletion /a b/.vortik-completion\n"
-        "host host\ncontroller 12\nmark 12@34\nlink 5\n");
+    const std::string text
+        = "vortik run 1\ncase /a b/case.toml\nname cube\ncompletion /a b/.vortik-completion\n"
+          "host host\ncontroller 12\nmark 12@34\nlink 5\nsince -70\ngrid 1a\nboundaries 2b\n"
+          "rotors 3c\nearlier -90 -80\nlog 17 4d Grid_Output/Tree Gen.err\n";
+    EXPECT_EQ(Testing::read_file(home.path(".vortik-run")), text);
+    EXPECT_EQ(remembered_text(home.path()), text);
     const auto again = recall_run(home.path());
     ASSERT_TRUE(again);
     EXPECT_EQ(again->caseFile, record.caseFile);
@@ -53,6 +58,40 @@ TEST(RunDirectory, RemembersARunInASmallTextFile)
     EXPECT_EQ(again->controller, 12);
     EXPECT_EQ(again->mark, record.mark);
     EXPECT_EQ(again->link, 5U);
+    EXPECT_EQ(again->since, -70);
+    ASSERT_EQ(again->earlier.size(), 1U);
+    EXPECT_EQ(again->earlier[0].begin, -90);
+    EXPECT_EQ(again->earlier[0].end, -80);
+    EXPECT_EQ(again->built.grid + again->built.boundaries + again->built.rotors, "1a2b3c");
+    ASSERT_EQ(again->logs.size(), 1U);
+    EXPECT_EQ(again->logs[0].file, "Grid_Output/Tree Gen.err");
+    EXPECT_EQ(again->logs[0].size, 17U);
+    EXPECT_EQ(again->logs[0].digest, "4d");
+    EXPECT_TRUE(remember_text(home.path(), ""));
+    EXPECT_FALSE(Testing::file_exists(home.path(".vortik-run")));
+    EXPECT_TRUE(remember_text(home.path(), "")); // nothing to take away
+}
+
+TEST(RunDirectory, KnowsARunOfAnOlderFrontEndWithoutItsTimes)
+{
+    const TemporaryDirectory home;
+    write_file(home.path(".vortik-run"),
+        "vortik run 1\ncase /c\nname cube\ncompletion /w\nhost h\ncontroller 12\nmark m\nlink 5\n"
+        "earlier x 1\nlog x\n");
+    const auto record = recall_run(home.path());
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->since, 0);
+    EXPECT_TRUE(record->earlier.empty());
+    EXPECT_TRUE(record->logs.empty());
+    EXPECT_EQ(record->built.grid, "");
+    EXPECT_TRUE(work_times(home.path(), *record).empty());
+}
+
+TEST(RunDirectory, IsQuotedInACommandWhereThatIsNeeded)
+{
+    EXPECT_EQ(quoted("/plain-1.2_3+4,5"), "/plain-1.2_3+4,5");
+    EXPECT_EQ(quoted("/left alone"), "'/left alone'");
+    EXPECT_EQ(quoted("/it's"), "'/it'\\''s'");
 }
 
 TEST(RunDirectory, KnowsNoRunFromAMissingOrDamagedFile)
@@ -150,8 +189,8 @@ TEST(LogEnds, AreTheLastTenLinesOfLogsThatSayAnything)
         lines += "line " + std::to_string(line) + "\n";
     write_file(home.path("long.out"), lines);
     write_file(home.path("wide.out"), std::string(5000, 'x') + "\nend\n");
-    const auto ends
-        = log_ends(home.path(), { "none.err", "empty.err", "short.out", "long.out", "wide.out" });
+    const auto ends = log_ends(
+        home.path(), {}, { "none.err", "empty.err", "short.out", "long.out", "wide.out" });
     ASSERT_EQ(ends.size(), 3U);
     EXPECT_EQ(ends[0].file, "short.out");
     EXPECT_EQ(ends[0].lines, (std::vector<std::string> { "one", "tw?[2Jo", " three" }));
@@ -161,32 +200,43 @@ TEST(LogEnds, AreTheLastTenLinesOfLogsThatSayAnything)
     EXPECT_EQ(ends[2].lines, std::vector<std::string> { "end" });
 }
 
-TEST(EarlierRun, CountsWhatANewRunTakesAway)
+std::string restart_file(char step) { return std::string(28, '\0') + step + std::string(3, '\0'); }
+
+TEST(LogEnds, ShowNothingThatWasThereBeforeTheRun)
 {
     const TemporaryDirectory home;
-    for (const char* name : { "Body_Pressure", "Field_Solutions",
-             "Field_Solutions/Solution_History", "Grid_Output", "Grid_Output/Grid_History",
-             "Process_Output", "Restarts", "Restarts/Restart_History", "Rotor_Performance",
-             "Rotor_Performance/Performance", "Rotor_Performance/Rotor_Solutions" })
-        Testing::make_directory(home.path(name));
-    EXPECT_TRUE(results_to_be_cleaned(home.path()).empty());
-    for (const char* name : { "Body_Pressure/a.Prs", "Body_Pressure/a.Grd",
-             "Body_Pressure/FrcMnt.out", "Body_Pressure/notes.txt", "Field_Solutions/a.Sln",
-             "Field_Solutions/Solution_History/a_00001.Sln", "Grid_Output/VRK.grid.dat",
-             "Grid_Output/Grid_History/a_00000.Grd", "Process_Output/Vortik_Controller.out",
-             "Process_Output/Vortik_Solver.out", "Restarts/a.Rst", "Restarts/.hidden",
-             "Restarts/Restart_History/a_00005.Rst", "Rotor_Performance/Performance/TrimLog2.out",
-             "Rotor_Performance/Performance/RtrPrfAzm.out",
-             "Rotor_Performance/Performance/other.out", "Rotor_Performance/Rotor_Solutions/a.Prf" })
-        write_file(home.path(name), "");
-    EXPECT_EQ(results_text(results_to_be_cleaned(home.path())),
-        "Body_Pressure (3 files), Field_Solutions (1 file), Field_Solutions/Solution_History (1 "
-        "file), Grid_Output/Grid_History (1 file), Process_Output (1 file), Restarts (1 file), "
-        "Restarts/Restart_History (1 file), Rotor_Performance/Performance (2 files), "
-        "Rotor_Performance/Rotor_Solutions (1 file)");
+    const auto time = [](int minutes) {
+        return std::filesystem::file_time_type::clock::now() + std::chrono::minutes(minutes);
+    };
+    const auto write = [&](const std::string& name, const std::string& text, int minutes) {
+        write_file(home.path(name), text);
+        std::filesystem::last_write_time(home.path(name), time(minutes));
+    };
+    const std::vector<std::string> logs { "old.err", "same.err", "continued.err", "anew.err",
+        "longer.err", "fresh.err" };
+    for (const char* name : { "old.err", "same.err", "continued.err", "anew.err", "longer.err" })
+        write(name, "before\n", -10);
+    RunRecord record;
+    record.since = static_cast<long long>(time(-5).time_since_epoch().count());
+    record.logs = mark_logs(home.path(), logs);
+    ASSERT_EQ(record.logs.size(), 5U);
+    EXPECT_EQ(record.logs[0].size, 7U);
+    write("same.err", "before\n", 0); // a program that says the same each time
+    write("continued.err", "before\nnow\n", 0);
+    write("anew.err", "now\n", 0);
+    write("longer.err", "another text\n", 0);
+    write("fresh.err", "now\n", 0);
+    std::string shown;
+    for (const auto& end : log_ends(home.path(), record, logs)) {
+        shown += end.file + ":";
+        for (const std::string& line : end.lines)
+            shown += " " + line;
+        shown += "\n";
+    }
+    EXPECT_EQ(shown,
+        "same.err: before\ncontinued.err: now\nanew.err: now\nlonger.err: another text\n"
+        "fresh.err: now\n");
 }
-
-std::string restart_file(char step) { return std::string(28, '\0') + step + std::string(3, '\0'); }
 
 TEST(EarlierRun, LatestRestartIsTheYoungestThatFitsTheGrid)
 {
@@ -231,7 +281,9 @@ TEST(EarlierRun, MissesTheProgramsThatTheKindOfRunNeeds)
     input.m_adapt.m_bAdaptive = false;
     input.m_bRestart = true;
     EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
-    write_file(here + "Vortik_Solver-omp", "");
+    write_file(here + "Vortik_Solver-omp", ""); // no program as yet
+    EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
+    std::filesystem::permissions(here + "Vortik_Solver-omp", std::filesystem::perms::owner_all);
     EXPECT_EQ(missing_programs(here, input), Names {});
 }
 

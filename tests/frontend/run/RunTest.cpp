@@ -146,6 +146,8 @@ std::string tidy(std::string text, const std::string& root)
     static const std::regex process("process [0-9]+");
     static const std::regex residual("[0-9][.][0-9]+e[-+][0-9]+");
     static const std::regex left("([0-9]+ min )?[0-9]+ s left");
+    static const std::regex link("link [0-9]+\\)");
+    text = std::regex_replace(text, link, "link N)");
     text = std::regex_replace(text, process, "process N");
     text = std::regex_replace(text, residual, "N");
     return std::regex_replace(text, left, "N left");

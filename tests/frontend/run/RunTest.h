@@ -41,8 +41,8 @@ private:
 /// All of a command's output, which ends by itself. Its exit status stands in a last line.
 [[nodiscard]] std::string all_of(const Words& arguments);
 
-/// The text with "DIR" for the run's directory and "N" for numbers of processes, residuals and
-/// seconds, which differ each time.
+/// The text with "DIR" for the run's directory and "N" for numbers of processes and links,
+/// residuals and seconds, which differ each time.
 [[nodiscard]] std::string tidy(std::string text, const std::string& root);
 
 } // namespace Testing

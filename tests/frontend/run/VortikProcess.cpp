@@ -86,6 +86,10 @@ VortikProcess::VortikProcess(const Words& arguments, const Setting& setting)
             ::ioctl(ends.its, TIOCSCTTY, 0);
         for (int stream = terminal ? 0 : 1; stream <= 2; ++stream)
             ::dup2(ends.its, stream);
+        if (!setting.errors.empty())
+            ::dup2(::open(setting.errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), 2);
+        for (const int stream : setting.closed)
+            ::close(stream);
         ::setenv("TERM", "xterm", 1);
         for (const auto& [name, value] : setting.environment)
             ::setenv(name.c_str(), value.c_str(), 1);
@@ -102,7 +106,14 @@ VortikProcess::~VortikProcess()
         ::kill(m_pid, SIGKILL);
         ::waitpid(m_pid, nullptr, 0);
     }
-    ::close(m_master);
+    go_away();
+}
+
+void VortikProcess::go_away()
+{
+    if (m_master >= 0)
+        ::close(m_master);
+    m_master = -1;
 }
 
 void VortikProcess::read_some()

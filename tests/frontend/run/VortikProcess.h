@@ -22,6 +22,8 @@ public:
         std::map<std::string, std::string> environment = {}; ///< added to that of the test
         unsigned columns = 0; ///< of the terminal; 0 for a pipe
         std::string directory = demo_directory(); ///< of the program
+        std::string errors = {}; ///< file for its error stream; empty: where its output goes
+        std::vector<int> closed = {}; ///< standard streams that it is started without
     };
 
     explicit VortikProcess(const Words& arguments);
@@ -43,6 +45,8 @@ public:
     /// As a person at the terminal does it.
     void press_ctrl_c();
     void resize(unsigned columns);
+    /// Nobody reads its output any more, or sits at its terminal.
+    void go_away();
     /// The exit status, or 1000 plus the signal that ended it.
     [[nodiscard]] int ends();
 

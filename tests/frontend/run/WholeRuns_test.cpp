@@ -63,6 +63,12 @@ TEST_F(WholeRun, InAPipeEachChangeIsALineAndTheEndSaysWhereTheResultsAre)
         "file)\",\"directories\":[\"Body_Pressure\",\"Field_Solutions\",\"Process_Output\","
         "\"Restarts\"]}");
     EXPECT_NE(
+        said.find("\n{\"event\":\"replacing\",\"text\":\"Writing anew: Grid_Output (8 files), "
+                  "Process_Output (2 files), Solver_Input (6 files)\",\"files\":["
+                  "\"Grid_Output/GeomBC.dat\","),
+        std::string::npos)
+        << said;
+    EXPECT_NE(
         said.find("\n{\"event\":\"started\",\"text\":\"Running cube in DIR (controller: process "
                   "N)\",\"case\":\"cube\",\"directory\":\"DIR\",\"controller\":"),
         std::string::npos)
@@ -120,6 +126,7 @@ TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
     EXPECT_EQ(again.ends(), 0);
     const std::string more = tidy(again.output(), root);
     EXPECT_TRUE(more.starts_with(
+        "Writing anew: Process_Output (2 files), Solver_Input (3 files)\n"
         "Running cube in DIR, from DIR/Restarts/cube.Rst (controller: process N)\nsolver"))
         << more;
     EXPECT_EQ(more.find("Cleaning"), std::string::npos) << more;
@@ -136,8 +143,8 @@ TEST_F(WholeRun, TheSecondCtrlCLeavesTheRunAndAnotherCanBeAttachedAndStopIt)
         "The run goes on by itself. `vortik watch 'DIR'` shows it again, `vortik stop 'DIR'` stops "
         "it.\n");
     EXPECT_EQ(tidy(all_of({ "run", root }), root),
-        "vortik: a run is under way in DIR (controller: process N); `vortik stop` stops it\n"
-        "status 2\n");
+        "vortik: a run is under way in DIR (controller: process N); `vortik watch 'DIR'` shows it, "
+        "`vortik stop 'DIR'` stops it\nstatus 2\n");
 
     VortikProcess watch({ "watch", root }, pace(0, 80));
     EXPECT_TRUE(watch.writes("solver, step "));

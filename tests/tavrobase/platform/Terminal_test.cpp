@@ -62,6 +62,56 @@ TEST(Terminal, IsNotThereBehindAPipe)
     EXPECT_EQ(outcome.err, "0 0");
 }
 
+TEST(Terminal, OutputIsAbandonedOnceNobodyCanReadIt)
+{
+    const auto outcome = Testing::run_isolated([] {
+        std::array<int, 2> pipe {};
+        if (::pipe(pipe.data()) != 0)
+            ::_exit(1);
+        ::dup2(pipe[1], STDOUT_FILENO);
+        std::cerr << output_is_abandoned();
+        ::close(pipe[0]);
+        std::cerr << output_is_abandoned();
+        const int ours = take_terminal(80);
+        std::cerr << output_is_abandoned();
+        ::close(ours);
+        std::cerr << output_is_abandoned();
+        ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO);
+        std::cerr << output_is_abandoned();
+    });
+    EXPECT_EQ(outcome.err, "01010");
+}
+
+TEST(Terminal, MissingStandardStreamsAreOpenedAndOthersLeftAlone)
+{
+    const auto outcome = Testing::run_isolated([] {
+        ::close(STDIN_FILENO);
+        ::close(STDOUT_FILENO);
+        open_missing_standard_streams();
+        char byte = 0;
+        std::cerr << ::read(STDIN_FILENO, &byte, 1) << ::write(STDOUT_FILENO, "lost", 4);
+    });
+    EXPECT_EQ(outcome.err, "04");
+}
+
+TEST(UserSignals, OutputThatNobodyReadsFailsOnlyWhileTheyAreHeard)
+{
+    const auto outcome = Testing::run_isolated([] {
+        std::array<int, 2> pipe {};
+        if (::pipe(pipe.data()) != 0)
+            ::_exit(1);
+        ::close(pipe[0]);
+        {
+            const UserSignals signals;
+            std::cerr << ::write(pipe[1], "x", 1) << signals.interrupts() << signals.hung_up();
+        }
+        std::cerr << ::write(pipe[1], "x", 1);
+    });
+    EXPECT_EQ(outcome.err, "-100");
+    EXPECT_FALSE(outcome.exited);
+    EXPECT_EQ(outcome.signal, SIGPIPE);
+}
+
 TEST(UserSignals, AreCountedWakeTheSleeperAndGoBackToWhatTheyWere)
 {
     const auto outcome = Testing::run_isolated([] {

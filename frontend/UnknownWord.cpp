@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/UnknownWord.h"
+
+#include "frontend/NearestName.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+
+namespace Frontend {
+
+namespace {
+
+std::vector<CLI::App*> commands_of(CLI::App& app)
+{
+    return app.get_subcommands([](CLI::App*) { return true; });
+}
+
+CLI::App* command_named(CLI::App& app, const std::string& name)
+{
+    const auto commands = commands_of(app);
+    const auto found = std::find_if(commands.begin(), commands.end(),
+        [&](const CLI::App* command) { return command->get_name() == name; });
+    return found == commands.end() ? nullptr : *found;
+}
+
+/// "vortik airfoil check".
+std::string full_name(const CLI::App* app)
+{
+    const CLI::App* parent = app->get_parent();
+    return (parent == nullptr ? "" : full_name(parent) + " ") + app->get_name();
+}
+
+/// The name that was meant; a beginning that only one name has is enough.
+std::string meant(const std::string& word, const std::vector<std::string>& names)
+{
+    std::vector<std::string> longer;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(longer),
+        [&](const std::string& name) { return name.starts_with(word); });
+    return longer.size() == 1 ? longer.front() : nearest_name(word, names);
+}
+
+std::string advised(const CLI::App& app, const std::string& complaint)
+{
+    const std::string program = full_name(&app);
+    return program + ": " + complaint + "\n`" + program + " --help` tells what there is";
+}
+
+std::string complaint(const CLI::App& app, const std::string& kind, const std::string& word,
+    const std::vector<std::string>& names)
+{
+    const std::string name = meant(word, names);
+    return advised(app,
+        "there is no " + kind + " \"" + word + "\""
+            + (name.empty() ? "" : "; did you mean \"" + name + "\"?"));
+}
+
+std::string unknown_command(CLI::App& app, const std::string& word)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : commands_of(app))
+        names.push_back(command->get_name());
+    return complaint(app, "command", word, names);
+}
+
+std::string unknown_option(CLI::App& app, const std::string& word)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames())
+            names.push_back("--" + name);
+    }
+    return complaint(app, "option", word, names);
+}
+
+} // namespace
+
+std::string usage_complaint(
+    CLI::App& app, const std::vector<std::string>& words, const std::string& reason)
+{
+    CLI::App* command = &app;
+    for (auto word = words.begin(); word != words.end() && *word != "--"; ++word) {
+        if (word->starts_with("--")) {
+            const std::string name = word->substr(0, word->find('='));
+            const CLI::Option* option = command->get_option_no_throw(name);
+            if (option == nullptr)
+                return unknown_option(*command, name);
+            const bool takesNext
+                = option->get_items_expected_max() > 0 && name.size() == word->size();
+            if (takesNext && word + 1 != words.end())
+                ++word;
+        } else if (!word->starts_with("-") && !commands_of(*command).empty()) {
+            CLI::App* next = command_named(*command, *word);
+            if (next == nullptr)
+                return unknown_command(*command, *word);
+            command = next;
+        }
+    }
+    // The library's word for a command is another one.
+    return advised(*command, commands_of(*command).empty() ? reason : "a command is required");
+}
+
+} // namespace Frontend

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "frontend/run/LinkedRun.h"
+
+#include "tavrobase/SystemUtilities.h"
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+#include <vector>
+
+namespace Frontend {
+
+namespace {
+
+using Tavro::LinkManager;
+
+constexpr long long kTurn = 4; // seconds; the controller touches its link every three
+constexpr auto kLook = std::chrono::milliseconds(50);
+
+bool is_over(const Progress& progress)
+{
+    return progress.step < 0 || progress.step == VRK::StepComplete;
+}
+
+std::optional<Progress> look_at(unsigned link)
+{
+    LinkManager::Result result {};
+    const VRK::GUIConLink attached(link, result);
+    if (result != LinkManager::Success)
+        return std::nullopt;
+    return read_progress(attached, result);
+}
+
+/// Whether a controller touches the link again, of which the last one is known to be dead.
+bool is_touched_again(unsigned link, long long touched)
+{
+    while (seconds_now() <= touched + kTurn) {
+        const auto progress = look_at(link);
+        if (!progress || is_over(*progress))
+            return false;
+        if (progress->touched != touched)
+            return true;
+        std::this_thread::sleep_for(kLook);
+    }
+    return false;
+}
+
+/// Whether the link may be what is left of the remembered run, whose controller is dead.
+bool is_remembered(unsigned link, const std::optional<RunRecord>& record)
+{
+    return record && record->link == link && record->controller > 0 && is_here(*record);
+}
+
+std::optional<LinkedRun> run_of_link(unsigned link, const std::optional<RunRecord>& record)
+{
+    const auto progress = look_at(link);
+    if (!progress || is_over(*progress))
+        return std::nullopt;
+    LinkedRun run { link, false, *progress };
+    // A stamp from the future was written under another clock.
+    const long long age = seconds_now() - progress->touched;
+    run.isTouched = progress->touched == 0 ? progress->step > 0 // it is before its first turn
+                                           : age >= 0 && age <= kSecondsToDeath;
+    if (!is_remembered(link, record))
+        return run;
+    if (run.isTouched && is_touched_again(link, progress->touched))
+        return run;
+    return std::nullopt;
+}
+
+/// Numbers of the links under the run's key whose owner has given a sign of life.
+std::vector<unsigned> links_of(const std::string& root)
+{
+    std::vector<LinkManager::LinkDebugInfo> links;
+    std::vector<double> managerAges;
+    std::vector<double> ages;
+    if (LinkManager::GetLinkDebugInfo(links) != LinkManager::Success
+        || LinkManager::GetHeartbeatAges(managerAges, ages) != LinkManager::Success)
+        return {};
+    const std::string key = link_key(root).Get();
+    std::vector<unsigned> found;
+    for (unsigned link = 0; link < links.size(); ++link) {
+        if (links[link].m_nAttachments > 0 && links[link].m_nDataSize == sizeof(VRK::GUIRecord)
+            && links[link].m_strKey == key && ages[link] <= static_cast<double>(kSecondsToDeath))
+            found.push_back(link);
+    }
+    return found;
+}
+
+} // namespace
+
+long long seconds_now()
+{
+    using namespace std::chrono;
+    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
+
+std::optional<LinkedRun> linked_run(const std::string& root, const std::optional<RunRecord>& record)
+{
+    std::optional<LinkedRun> found;
+    for (const unsigned link : links_of(root)) {
+        auto run = run_of_link(link, record);
+        if (run && (!found || run->isTouched))
+            found = std::move(run);
+    }
+    return found;
+}
+
+RunRecord record_of(const LinkedRun& run, const std::optional<RunRecord>& remembered)
+{
+    if (remembered && remembered->controller < 1 && remembered->link == run.link)
+        return *remembered;
+    RunRecord record;
+    record.host = Tavro::GetHostname();
+    record.link = run.link;
+    using Clock = std::filesystem::file_time_type::clock;
+    record.since = static_cast<long long>(Clock::now().time_since_epoch().count());
+    return record;
+}
+
+} // namespace Frontend

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: Apache-2.0
+// Runs that are under way in a directory, whoever has begun them.
+#include "links/GUIConLink.h"
+#include "tests/frontend/run/RunTest.h"
+#include "tests/support/Isolated.h"
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <iostream>
+#include <regex>
+#include <thread>
+
+#include <unistd.h>
+
+namespace {
+
+using Tavro::LinkManager;
+using Testing::all_of;
+using Testing::tidy;
+using Testing::VortikProcess;
+
+class LiveRun : public Testing::RunTest {
+protected:
+    /// Begins a long run and leaves it to itself. Gives what is remembered of it.
+    static std::string begin(const std::string& root)
+    {
+        VortikProcess run({ "run", root, "--detach" }, pace(10));
+        EXPECT_EQ(run.ends(), 0) << run.output();
+        return Testing::read_file(root + "/.vortik-run");
+    }
+    /// Whether the command, asked again and again, comes to say that.
+    static bool comes_to_say(const Testing::Words& command, const std::string& text)
+    {
+        for (int i = 0; i < 100; ++i) {
+            if (all_of(command).find(text) != std::string::npos)
+                return true;
+        }
+        return false;
+    }
+};
+
+TEST_F(LiveRun, OfAnotherFrontEndIsSeenByItsLinkAndWatchedAndStoppedByIt)
+{
+    const std::string root = make_case("foreign", 100'000);
+    const std::string record = begin(root);
+    // Another front end leaves no record.
+    std::filesystem::remove(root + "/.vortik-run");
+    const std::string refusal
+        = "vortik: a run that another front end has begun is under way in DIR (link N); `vortik "
+          "watch DIR` shows it, `vortik stop DIR` stops it\nstatus 2\n";
+    EXPECT_EQ(tidy(all_of({ "run", root }), root), refusal);
+    EXPECT_EQ(tidy(all_of({ "run", root, "--force" }), root), refusal);
+    EXPECT_TRUE(comes_to_say({ "status", root }, root + ": running, solver"));
+    static const std::regex status("DIR: running, solver.* \\(begun by another front end\\)\n");
+    EXPECT_TRUE(std::regex_search(tidy(all_of({ "status" }), root), status));
+
+    VortikProcess watch({ "watch", root });
+    EXPECT_TRUE(watch.writes("solver"));
+    VortikProcess stop({ "stop", root });
+    EXPECT_EQ(stop.ends(), 0) << stop.output();
+    EXPECT_EQ(watch.ends(), 3) << watch.output();
+    EXPECT_NE(watch.output().find("\nStopped, at: solver"), std::string::npos) << watch.output();
+    EXPECT_EQ(tidy(all_of({ "status", root }), root),
+        "vortik: no run is known in DIR; `vortik run` starts one\nstatus 2\n");
+    Testing::write_file(root + "/.vortik-run", record); // for whoever clears up
+}
+
+TEST_F(LiveRun, IsKnownThoughVortikWasKilledBeforeItKnewTheController)
+{
+    const std::string root = make_case("early", 100'000);
+    const std::string record = begin(root);
+    static const std::regex process("controller [0-9]+\nmark .*\n");
+    Testing::write_file(
+        root + "/.vortik-run", std::regex_replace(record, process, "controller -1\nmark \n"));
+    EXPECT_TRUE(comes_to_say({ "status", root }, root + ": running, solver"));
+    VortikProcess stop({ "stop", root });
+    EXPECT_EQ(stop.ends(), 0) << stop.output();
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
+    Testing::write_file(root + "/.vortik-run", record);
+}
+
+TEST_F(LiveRun, ThatIsLeftByStopGoesOnStoppingAndItsDeathIsTheFailureOfStop)
+{
+    const std::string root = make_case("deaf", 100'000);
+    (void)begin(root); // the record stays where it is
+    const pid_t controller = controller_of(root);
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: a run is under way in DIR (controller: process N); `vortik watch DIR` shows it, "
+        "`vortik stop DIR` stops it\nstatus 2\n");
+    ASSERT_EQ(::kill(controller, SIGSTOP), 0);
+    VortikProcess stop({ "stop", root });
+    EXPECT_TRUE(stop.writes("Stopping "));
+    ASSERT_EQ(::kill(stop.pid(), SIGTERM), 0);
+    EXPECT_EQ(stop.ends(), 3);
+    VortikProcess again({ "stop", root });
+    EXPECT_TRUE(again.writes("Stopping "));
+    ASSERT_EQ(::kill(controller, SIGKILL), 0);
+    EXPECT_EQ(again.ends(), 1);
+    EXPECT_NE(
+        again.output().find("\nFailed: the controller is gone without a word"), std::string::npos)
+        << again.output();
+}
+
+/// A front end that is not ours, in a process of its own, and what `vortik` says beside it.
+TEST_F(LiveRun, IsTheMeaningOfALinkWhoseStampsAreNew)
+{
+    const std::string root = make_case("linked", 20);
+    const std::string remembered = "vortik run 1\ncase " + root
+        + "/case.toml\nname cube\ncompletion " + root + "/.vortik-completion\nhost ";
+    const auto outcome = Testing::run_isolated([&] {
+        std::string said;
+        const auto say
+            = [&](const Testing::Words& command) { said += tidy(all_of(command), root); };
+        if (LinkManager::Startup() != LinkManager::Success)
+            ::_exit(1);
+        LinkManager::Result result {};
+        {
+            VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
+            say({ "run", root });
+            say({ "watch", root });
+            say({ "status", root });
+            (void)link.SetStep(VRK::StepExtractor);
+            (void)link.Touch();
+            say({ "run", root, "--force" });
+            say({ "status", root });
+            // The same number as that of a run of ours that is dead: who touches it?
+            Testing::write_file(root + "/.vortik-completion", "-9\n");
+            char host[256] = {};
+            ::gethostname(host, sizeof host - 1);
+            Testing::write_file(root + "/.vortik-run",
+                remembered + host + "\ncontroller 1\nmark 1@none\nlink "
+                    + std::to_string(link.GetLinkID()) + "\n");
+            std::atomic<bool> touching = true;
+            std::thread controller([&] {
+                while (touching) {
+                    (void)link.Touch();
+                    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+                }
+            });
+            say({ "status", root });
+            touching = false;
+            controller.join();
+            say({ "status", root });
+            (void)link.SetStep(VRK::StepComplete); // it is over, though its front end lives
+            say({ "status", root });
+        }
+        LinkManager::Shutdown();
+        std::cerr << said;
+    });
+    EXPECT_EQ(outcome.err,
+        "vortik: another front end has a link for DIR (link N), and no controller is to be seen on "
+        "it; --force begins a run all the same\nstatus 2\n"
+        "vortik: no run is known in DIR; `vortik run` starts one\nstatus 2\n"
+        "DIR: has a link of another front end, and no controller is to be seen on it\nstatus 0\n"
+        "vortik: a run that another front end has begun is under way in DIR (link N); `vortik "
+        "watch DIR` shows it, `vortik stop DIR` stops it\nstatus 2\n"
+        "DIR: running, extractor (begun by another front end)\nstatus 0\n"
+        "DIR: running, extractor (begun by another front end)\nstatus 0\n"
+        "DIR: failed: the controller is gone without a word\nstatus 1\n"
+        "DIR: failed: the controller is gone without a word\nstatus 1\n");
+}
+
+} // namespace

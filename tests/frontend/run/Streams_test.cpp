@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+// Pipes, terminals and signals, as engineers know them from other programs.
+#include "tests/frontend/run/RunTest.h"
+
+#include <algorithm>
+#include <csignal>
+#include <sstream>
+
+namespace {
+
+using Testing::all_of;
+using Testing::tidy;
+using Testing::VortikProcess;
+
+class Streams : public Testing::RunTest {
+protected:
+    static constexpr const char* kGoesOn
+        = "The run goes on by itself. `vortik watch DIR` shows it again, `vortik stop DIR` stops "
+          "it.\n";
+    static std::size_t count(const std::string& text, const std::string& part)
+    {
+        std::size_t count = 0;
+        for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+            ++count;
+        return count;
+    }
+};
+
+TEST_F(Streams, ThatEndLeaveTheRunToItself)
+{
+    const std::string root = make_case("run", 100'000);
+    auto setting = pace(10);
+    setting.errors = root + "/errors";
+    VortikProcess run({ "run", root }, setting);
+    EXPECT_TRUE(run.writes("solver"));
+    run.go_away();
+    EXPECT_EQ(run.ends(), 3);
+    EXPECT_EQ(tidy(Testing::read_file(setting.errors), root),
+        std::string("vortik: nobody reads the output any more. ") + kGoesOn);
+
+    VortikProcess watch({ "watch", root, "--json" }, setting);
+    EXPECT_TRUE(watch.writes("{"));
+    watch.go_away();
+    EXPECT_EQ(watch.ends(), 0);
+
+    VortikProcess hungUp({ "watch", root });
+    EXPECT_TRUE(hungUp.writes("solver"));
+    ASSERT_EQ(::kill(hungUp.pid(), SIGHUP), 0);
+    EXPECT_EQ(hungUp.ends(), 0);
+    EXPECT_TRUE(tidy(hungUp.output(), root).ends_with(kGoesOn)) << hungUp.output();
+
+    VortikProcess terminal({ "watch", root }, pace(0, 80));
+    EXPECT_TRUE(terminal.writes("solver"));
+    terminal.go_away();
+    EXPECT_EQ(terminal.ends(), 0);
+
+    VortikProcess status({ "status" });
+    status.go_away();
+    EXPECT_EQ(status.ends(), 0);
+    VortikProcess links({ "links", "--watch" });
+    EXPECT_TRUE(links.writes(" links\n"));
+    links.go_away();
+    EXPECT_EQ(links.ends(), 0);
+
+    // What is started without standard streams writes into no file of its own.
+    setting.closed = { 0, 1, 2 };
+    VortikProcess silent({ "watch", root }, setting);
+    EXPECT_GT(step_program(root, "Vortik_Solver"), 0);
+    VortikProcess stop({ "stop", root }, setting);
+    EXPECT_EQ(stop.ends(), 0);
+    EXPECT_EQ(silent.ends(), 3);
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
+}
+
+TEST_F(Streams, OfTerminalsHaveNoColoursAndSimpleOnesNoLiveLine)
+{
+    const std::string root = make_case("run", 100'000);
+    auto dumb = pace(10, 80);
+    dumb.environment["TERM"] = "dumb";
+    VortikProcess run({ "run", root }, dumb);
+    EXPECT_TRUE(run.writes("\nsolver"));
+    EXPECT_TRUE(run.writes("total residual"));
+    auto narrow = pace(0, 5);
+    narrow.environment["NO_COLOR"] = "1";
+    VortikProcess watch({ "watch", root }, narrow);
+    EXPECT_TRUE(watch.writes("\r\x1b[Ksolv")); // four columns of five
+    watch.resize(1); // has room for nothing
+    watch.resize(2);
+    EXPECT_TRUE(watch.writes("\r\x1b[Ks", watch.output().size()));
+
+    auto wide = pace(0, 200);
+    VortikProcess screen({ "links", "--watch" }, wide);
+    EXPECT_TRUE(screen.comes_to([](const std::string& output) {
+        return count(output, "\x1b[H\x1b[2J") >= 2 && output.ends_with("\n");
+    }));
+    screen.press_ctrl_c();
+    EXPECT_EQ(screen.ends(), 0);
+    EXPECT_NE(screen.output().find("  " + root + "/\r\n"), std::string::npos) << screen.output();
+    VortikProcess pictures({ "links", "--watch" });
+    EXPECT_TRUE(pictures.comes_to(
+        [](const std::string& output) { return count(output, "managers, this command's") >= 2; }));
+    ASSERT_EQ(::kill(pictures.pid(), SIGTERM), 0);
+    EXPECT_EQ(pictures.ends(), 0);
+    EXPECT_EQ(pictures.output().find('\x1b'), std::string::npos) << pictures.output();
+    EXPECT_NE(pictures.output().find("\n\n"), std::string::npos) << pictures.output();
+
+    run.press_ctrl_c();
+    EXPECT_EQ(run.ends(), 3);
+    EXPECT_EQ(watch.ends(), 3);
+    EXPECT_EQ(run.output().find('\x1b'), std::string::npos) << run.output();
+    for (const auto* shown : { &watch.output(), &screen.output() }) {
+        // Of the sequences for the terminal only those for lines and the screen, none for colours.
+        for (auto at = shown->find('\x1b'); at != std::string::npos;
+             at = shown->find('\x1b', at + 1))
+            EXPECT_NE((*shown)[std::min(shown->find_first_of("mHJK", at), shown->size() - 1)], 'm');
+    }
+}
+
+} // namespace

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+// What a run takes away, and what it leaves alone unless it is forced.
+#include "tests/frontend/run/RunTest.h"
+
+#include <filesystem>
+
+namespace {
+
+using Testing::all_of;
+using Testing::tidy;
+using Testing::VortikProcess;
+
+class UsedDirectory : public Testing::RunTest {
+protected:
+    static void write(const std::string& path)
+    {
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        Testing::write_file(path, "mine");
+    }
+    static void change(const std::string& file, const std::string& from, const std::string& to)
+    {
+        std::string text = Testing::read_file(file);
+        const auto at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        Testing::write_file(file, text.replace(at, from.size(), to));
+    }
+};
+
+TEST_F(UsedDirectory, WithoutAKnownRunKeepsAllFilesUnlessItIsForced)
+{
+    const std::string root = make_case("used", 20);
+    write(root + "/Restarts/mine.Rst");
+    write(root + "/Process_Output/notes/today.txt");
+    write(root + "/Grid_Output/VRK.grid.dat");
+    write(root + "/Grid_Output/unnamed.dat");
+    EXPECT_EQ(tidy(all_of({ "run", root }), root),
+        "vortik: no earlier run of vortik is known in DIR, and a new one would remove "
+        "Process_Output/notes/today.txt, Restarts/mine.Rst, and replace "
+        "Grid_Output/VRK.grid.dat. Move away what is to be kept; --force begins all the same\n"
+        "status 2\n");
+    EXPECT_EQ(Testing::read_file(root + "/Restarts/mine.Rst"), "mine");
+    EXPECT_EQ(Testing::names_in(root),
+        (std::vector<std::string> {
+            "Grid_Output", "Process_Output", "Restarts", "case.toml", "cube.obj" }));
+
+    VortikProcess forced({ "run", root, "--force" }, pace(3));
+    EXPECT_EQ(forced.ends(), 0) << forced.output();
+    const std::string said = tidy(forced.output(), root);
+    EXPECT_TRUE(said.starts_with("Cleaning the results of an earlier run in DIR: Process_Output (1 "
+                                 "file), Restarts (1 file)\n"
+                                 "Writing anew: Grid_Output (1 file)\n"
+                                 "Running cube in DIR"))
+        << said;
+    EXPECT_FALSE(Testing::file_exists(root + "/Restarts/mine.Rst"));
+    EXPECT_EQ(Testing::read_file(root + "/Grid_Output/unnamed.dat"), "mine");
+
+    // What a run of ours has left may go, what somebody has put beside it may not.
+    std::filesystem::copy_file(root + "/Restarts/cube.Rst", root + "/Restarts/good.Rst");
+    const std::string refusal
+        = "vortik: files in DIR that its earlier run has not left so would be removed: "
+          "Restarts/good.Rst. Move away what is to be kept; --force begins all the same\n"
+          "status 2\n";
+    EXPECT_EQ(tidy(all_of({ "run", root }), root), refusal);
+
+    // A restart keeps all of that, but would not take in another body.
+    change(root + "/case.toml", "steps = 20", "steps = 25");
+    change(root + "/case.toml", "level = 3", "level = 2");
+    change(root + "/case.toml", "101325.0", "101324.0");
+    EXPECT_EQ(tidy(all_of({ "run", root, "--restart" }), root),
+        "vortik: the run that --restart goes on with has been built from other cells or bodies, "
+        "boundaries and keeps them. Begin a new run without --restart; --force goes on all the "
+        "same\nstatus 2\n");
+    VortikProcess restart({ "run", root, "--restart", "--force" }, pace(3));
+    EXPECT_EQ(restart.ends(), 0) << restart.output();
+    const std::string again = tidy(restart.output(), root);
+    EXPECT_TRUE(again.starts_with("The case has other cells or bodies, boundaries than the run "
+                                  "that it goes on with, which keeps those that it was built "
+                                  "from.\n"
+                                  "Writing anew: Process_Output (2 files), Solver_Input (3 files)\n"
+                                  "Running cube in DIR, from DIR/Restarts/cube.Rst"))
+        << again;
+    EXPECT_TRUE(Testing::file_exists(root + "/Restarts/good.Rst"));
+    EXPECT_EQ(tidy(all_of({ "run", root }), root), refusal); // results of both runs are the runs'
+    // The grid is still the first one, so the case differs still.
+    change(root + "/case.toml", "steps = 25", "steps = 30");
+    EXPECT_NE(all_of({ "run", root, "--restart" }).find("built from other cells or bodies, "),
+        std::string::npos);
+    change(root + "/case.toml", "level = 2", "level = 3");
+    change(root + "/case.toml", "101324.0", "101325.0");
+    std::filesystem::remove(root + "/Restarts/good.Rst");
+    VortikProcess last({ "run", root, "--restart" }, pace(3));
+    EXPECT_EQ(last.ends(), 0) << last.output();
+}
+
+} // namespace
