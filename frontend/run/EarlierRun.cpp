@@ -28,6 +28,9 @@ bool has_files(const std::string& directory)
 // The eighth word of a restart file.
 std::optional<std::uint32_t> restart_step(const std::string& file)
 {
+    std::error_code error;
+    if (!fs::is_regular_file(file, error)) // a pipe would not let go of us
+        return std::nullopt;
     std::array<std::uint32_t, 8> words {};
     std::array<char, sizeof words> bytes {};
     std::ifstream stream(file, std::ios::binary);

@@ -220,9 +220,11 @@ private:
 
 SignOfLife::News SignOfLife::look(long long now, long long touched)
 {
-    // A stamp from the future was written under another clock and tells nothing.
-    if (touched > m_last && touched <= now) {
+    // A stamp from the future was written under another clock and tells nothing. The first one may
+    // be older than our look: a controller that has been silent for long is reported at once.
+    if (touched > 0 && touched <= now && (touched > m_last || !m_wasTouched)) {
         m_last = touched;
+        m_wasTouched = true;
         if (m_silent) {
             m_silent = false;
             return News::Back;

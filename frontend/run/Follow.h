@@ -42,6 +42,7 @@ public:
 
 private:
     long long m_last;
+    bool m_wasTouched = false;
     bool m_silent = false;
 };
 

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <utility>
 
 namespace Frontend {
@@ -70,6 +71,9 @@ std::string usual_completion_file(const std::string& root) { return root + "/.vo
 
 std::string remembered_text(const std::string& root)
 {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(record_file(root), error))
+        return ""; // a pipe would not let go of us
     std::ifstream file(record_file(root), std::ios::binary);
     std::string text;
     std::getline(file, text, '\0');
@@ -131,13 +135,13 @@ void take_log(const std::string& value, RunRecord& record)
 
 std::optional<RunRecord> recall_run(const std::string& root)
 {
-    std::ifstream file(record_file(root), std::ios::binary);
+    std::istringstream text(remembered_text(root));
     std::string line;
-    if (!std::getline(file, line) || line != kFirstLine)
+    if (!std::getline(text, line) || line != kFirstLine)
         return std::nullopt;
     std::map<std::string, std::string> values;
     RunRecord record;
-    while (std::getline(file, line)) {
+    while (std::getline(text, line)) {
         auto [word, value] = halves(line);
         if (word == "earlier")
             take_earlier(value, record);

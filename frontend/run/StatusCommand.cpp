@@ -5,6 +5,7 @@
 #include "frontend/run/LinkedRun.h"
 #include "frontend/run/RunCommands.h"
 #include "frontend/run/RunInSight.h"
+#include "tavrobase/Surveillance.h"
 
 #include <iostream>
 #include <optional>
@@ -103,6 +104,8 @@ int status_command(const std::string& path, bool json)
     };
     if (!path.empty() && !root)
         return complain(path + ": no such directory", kBadInput);
+    // Whoever ends us in the middle would leave our share in the links behind.
+    const Tavro::UserSignals signals;
     Display display(json);
     const LinkUse links;
     if (links.result() != Tavro::LinkManager::Success)

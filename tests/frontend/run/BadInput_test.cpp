@@ -3,6 +3,8 @@
 #include "tests/frontend/run/RunTest.h"
 #include "tests/support/Programs.h"
 
+#include <filesystem>
+
 namespace {
 
 using Testing::all_of;
@@ -81,6 +83,48 @@ TEST_F(BadRun, WithoutStepProgramsBesideTheFrontEndIsRefused)
         "Step programs are products of their own; the controller looks for them beside vortik. Put "
         "them there, or links to them\n");
     EXPECT_EQ(names_in(root), (Names { "case.toml", "cube.obj" }));
+}
+
+TEST_F(BadRun, ThatCannotBeRememberedDoesNotBegin)
+{
+    const std::string root = make_case("unwritable", 20);
+    Testing::make_directory(root + "/.vortik-run");
+    const std::string said = tidy(all_of({ "run", root }), root);
+    EXPECT_TRUE(said.ends_with(
+        "vortik: what is to be remembered of the run cannot be written in DIR\nstatus 1\n"))
+        << said;
+    EXPECT_EQ(names_in(root), (Names { ".vortik-run", "case.toml", "cube.obj" }));
+}
+
+TEST_F(BadRun, WhoseControllerCannotBeStartedLeavesWhatIsKnownOfTheLastOne)
+{
+    const std::string root = make_case("no controller", 20);
+    VortikProcess::Setting setting = pace(0);
+    setting.directory = root + "/programs";
+    Testing::make_directory(setting.directory);
+    for (const std::string& name : names_in(Testing::demo_directory()))
+        Testing::make_link(Testing::demo_directory() + "/" + name, setting.directory + "/" + name);
+    std::filesystem::remove(setting.directory + "/Vortik_Controller");
+    VortikProcess without({ "run", root }, setting);
+    EXPECT_EQ(without.ends(), 1);
+    EXPECT_EQ(tidy(without.output(), root),
+        "vortik: there is no Vortik_Controller in DIR/programs/, the directory of vortik, where it "
+        "is looked for\n");
+
+    Testing::write_file(setting.directory + "/Vortik_Controller", "no program at all");
+    std::filesystem::permissions(
+        setting.directory + "/Vortik_Controller", std::filesystem::perms::owner_all);
+    const std::string record = "vortik run 1\ncase " + root + "/case.toml\nname cube\ncompletion "
+        + root + "/.vortik-completion\nhost h\ncontroller 1\nmark 1@1\nlink 0\n";
+    Testing::write_file(root + "/.vortik-run", record);
+    Testing::write_file(root + "/.vortik-completion", "-8\n");
+    VortikProcess run({ "run", root }, setting);
+    EXPECT_EQ(run.ends(), 1);
+    EXPECT_EQ(tidy(run.output(), root),
+        "vortik: DIR/programs/Vortik_Controller cannot be started: Exec format error\n");
+    EXPECT_EQ(Testing::read_file(root + "/.vortik-run"), record);
+    EXPECT_EQ(Testing::read_file(root + "/.vortik-completion"), "-8\n");
+    EXPECT_FALSE(Testing::file_exists(root + "/.vortik-case"));
 }
 
 } // namespace

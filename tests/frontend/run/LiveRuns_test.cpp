@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <ctime>
 #include <filesystem>
 #include <iostream>
 #include <regex>
@@ -160,6 +161,36 @@ TEST_F(LiveRun, IsTheMeaningOfALinkWhoseStampsAreNew)
         "DIR: running, extractor (begun by another front end)\nstatus 0\n"
         "DIR: failed: the controller is gone without a word\nstatus 1\n"
         "DIR: failed: the controller is gone without a word\nstatus 1\n");
+}
+
+TEST_F(LiveRun, WhoseControllerIsSilentIsToldAtOnceAndWhenItIsBack)
+{
+    const std::string root = make_case("silent", 20);
+    const auto outcome = Testing::run_isolated([&] {
+        if (LinkManager::Startup() != LinkManager::Success)
+            ::_exit(1);
+        LinkManager::Result result {};
+        {
+            VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
+            VRK::GUIRecord record {};
+            record.step = VRK::StepExtractor;
+            record.tLastTouch = ::time(nullptr) - 20;
+            (void)LinkManager::SetLinkData(
+                link.GetLinkID(), sizeof record, reinterpret_cast<const char*>(&record));
+            VortikProcess watch({ "watch", root });
+            if (!watch.writes("The controller has not touched its link for 15 s"))
+                std::cerr << "not told of the silence: ";
+            (void)link.Touch();
+            if (!watch.writes("The controller touches its link again.\n"))
+                std::cerr << "not told of the return: ";
+            (void)link.SetStep(VRK::StepComplete);
+            std::cerr << "status " << watch.ends() << '\n' << tidy(watch.output(), root);
+        }
+        LinkManager::Shutdown();
+    });
+    EXPECT_EQ(outcome.err,
+        "status 0\nextractor\nThe controller has not touched its link for 15 s: it is suspended, "
+        "or the machine has no time for it.\nThe controller touches its link again.\nFinished.\n");
 }
 
 } // namespace

@@ -179,6 +179,19 @@ TEST(SignOfLife, IsMissedAfterFifteenSecondsOnceAndWelcomedBack)
     EXPECT_EQ(sign.look(1032, 1017), News::Silent);
 }
 
+TEST(SignOfLife, IsMissedAtOnceWhereTheLastOneIsOldAlready)
+{
+    using News = SignOfLife::News;
+    SignOfLife sign(1000);
+    EXPECT_EQ(sign.look(1000, 900), News::Silent);
+    EXPECT_EQ(sign.look(1001, 900), News::None);
+    EXPECT_EQ(sign.look(1002, 1001), News::Back);
+    SignOfLife young(1000);
+    EXPECT_EQ(young.look(1000, 990), News::None);
+    EXPECT_EQ(young.look(1004, 990), News::None);
+    EXPECT_EQ(young.look(1005, 990), News::Silent);
+}
+
 TEST(LogEnds, AreTheLastTenLinesOfLogsThatSayAnything)
 {
     const TemporaryDirectory home;

@@ -104,7 +104,7 @@ VortikProcess::Setting RunTest::pace(unsigned milliseconds, unsigned columns)
 
 std::string RunTest::remembered(const std::string& root, const std::string& word)
 {
-    if (!file_exists(root + "/.vortik-run"))
+    if (!std::filesystem::is_regular_file(root + "/.vortik-run"))
         return "";
     std::istringstream lines(read_file(root + "/.vortik-run"));
     for (std::string line; std::getline(lines, line);) {
