@@ -219,17 +219,19 @@ std::vector<WorkTime> work_times(const std::string& root, const RunRecord& recor
     if (record.since == 0)
         return {};
     WorkTime last { record.since, record.since };
-    const auto until = [&](const std::string& file) {
-        last.end = std::max(last.end, write_time(file).value_or(last.end));
+    const auto until = [&](std::optional<long long> time) {
+        last.end = std::max(last.end, time.value_or(last.end));
     };
-    until(record.completionFile);
+    until(write_time(record.completionFile));
     const int word = completion_word(record.completionFile).value_or(VRK::StepNotFinished);
     if (word == VRK::StepStopped || word == VRK::StepNotFinished) {
-        // The last program has gone on for a while after that word.
+        // The last program has gone on for a while after that word: until somebody has seen its
+        // end, or as far as can be known else, until it wrote its last line.
+        until(noted_time(root));
         for (const std::string& log : all_logs())
-            until(root + "/" + log);
+            until(write_time(root + "/" + log));
         for (const std::string& file : residual_files())
-            until(root + "/" + file);
+            until(write_time(root + "/" + file));
         last.end += work_seconds(2);
     }
     std::vector<WorkTime> times = record.earlier;

@@ -66,6 +66,16 @@ void tell_restart(const std::string& root, const RunRecord& record, Display& dis
         "," + json_member("step_number", static_cast<long long>(point->step)));
 }
 
+/// Whether the solver failed with something new to go on from; else it would only fail again.
+bool can_go_on(const Ending& ending, const std::string& root, const RunRecord& record)
+{
+    const auto point = latest_restart(root, record.caseName);
+    if (!point || write_time(point->file).value_or(0) < record.since)
+        return false;
+    const int step = ending.outcome == Outcome::Failed ? -ending.word : ending.last.step;
+    return step == VRK::StepSolver || step == VRK::StepAdaptiveSolver;
+}
+
 std::string detached_text(const RunInSight& run)
 {
     return "The run goes on by itself. `vortik watch " + quoted(run.root)
@@ -100,6 +110,7 @@ public:
             look();
             if (end)
                 return conclude(*end);
+            m_sawItLive = true;
             if (Tavro::output_is_abandoned()) {
                 std::cerr << "vortik: nobody reads the output any more. " << detached_text(m_run)
                           << '\n';
@@ -193,6 +204,10 @@ private:
         m_display.end(ending.outcome == Outcome::Finished);
         if (ending.outcome == Outcome::Stopped)
             wait_for_step_programs();
+        // Of a run that only its link tells of, what is remembered is another one.
+        if (m_sawItLive && !m_run.record.completionFile.empty()
+            && step_programs(m_run.record).empty())
+            note_end(m_run.root);
         tell_ending(m_run.root, m_run.record, ending, m_display);
         return exit_status_of(ending.outcome);
     }
@@ -214,6 +229,7 @@ private:
     Progress m_last;
     int m_published = 0;
     unsigned m_interrupts = 0;
+    bool m_sawItLive = false;
 };
 
 } // namespace
@@ -260,6 +276,8 @@ void tell_ending(
     case Outcome::Failed:
     case Outcome::Died:
         tell_logs(root, record, ending, display);
+        if (can_go_on(ending, root, record))
+            tell_restart(root, record, display);
         tell_programs_left(root, record, display);
         break;
     }

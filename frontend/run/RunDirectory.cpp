@@ -163,6 +163,19 @@ std::optional<RunRecord> recall_run(const std::string& root)
     return record;
 }
 
+void note_end(const std::string& root)
+{
+    // The time of the file alone, so that the record of a run that begins just now is not lost.
+    std::error_code error; // without the note the end is taken from the logs
+    std::filesystem::last_write_time(
+        record_file(root), std::filesystem::file_time_type::clock::now(), error);
+}
+
+std::optional<long long> noted_time(const std::string& root)
+{
+    return write_time(record_file(root));
+}
+
 std::optional<long long> write_time(const std::string& file)
 {
     std::error_code error;

@@ -67,6 +67,11 @@ struct RunRecord {
 /// Nothing if no run is known, or what is kept of it has been damaged.
 [[nodiscard]] std::optional<RunRecord> recall_run(const std::string& root);
 
+/// Notes that a run works no more, for who has seen the last of its programs end.
+void note_end(const std::string& root);
+/// When something was noted last, as in `WorkTime`; nothing if there is nothing.
+[[nodiscard]] std::optional<long long> noted_time(const std::string& root);
+
 /// When a file was written last, as in `WorkTime`; nothing if there is no such file.
 [[nodiscard]] std::optional<long long> write_time(const std::string& file);
 /// That many seconds, as in `WorkTime`.

@@ -91,8 +91,10 @@ int end_programs_left(const RunInSight& run, Display& display, Tavro::UserSignal
             signals.wait(kLook);
     }
     const auto still = step_programs(run.record);
-    if (still.empty())
+    if (still.empty()) {
+        note_end(run.root);
         return kFinished;
+    }
     return complain("still running: " + names_of(still), kFailed);
 }
 

@@ -155,6 +155,11 @@ TEST_F(Cleaning, KnowsAStrangersFileByItsTime)
     EXPECT_EQ(strangers(), "Restarts/a.Rst, Restarts/between, Restarts/copy, Restarts/restored");
     write("Process_Output/Vortik_Solver.out", 15);
     EXPECT_EQ(strangers(), "Restarts/between, Restarts/copy, Restarts/restored");
+    // Or by who has seen its end.
+    write("Restarts/late", 0);
+    write_file(m_home.path(".vortik-run"), "");
+    note_end(m_home.path());
+    EXPECT_EQ(strangers(), "Restarts/between, Restarts/restored");
 }
 
 } // namespace

@@ -68,6 +68,8 @@ TEST_F(Death, OfAStepProgramIsTheFailureOfItsStepAndTheFrontEndsOwnStopsNothing)
     VortikProcess watch({ "watch", root });
     EXPECT_TRUE(watch.writes("solver"));
     wait_for_solver(root);
+    EXPECT_TRUE(
+        Testing::wait_until([&] { return Testing::file_exists(root + "/Restarts/cube.Rst"); }));
     ASSERT_EQ(::kill(step_program(root, "Vortik_Solver"), SIGKILL), 0);
     EXPECT_EQ(watch.ends(), 1);
     const std::string said = tidy(watch.output(), root);
@@ -77,6 +79,9 @@ TEST_F(Death, OfAStepProgramIsTheFailureOfItsStepAndTheFrontEndsOwnStopsNothing)
     EXPECT_NE(
         said.find("\nThe end of Process_Output/Vortik_Controller.err:\n  CONTROLLER ERROR: \n"),
         std::string::npos)
+        << said;
+    EXPECT_NE(
+        said.find("\n`vortik run DIR/case.toml --restart` goes on from step "), std::string::npos)
         << said;
 
     // The link of the dead front end lingers under the same key; the new run is found all the same.

@@ -104,8 +104,15 @@ TEST_F(Streams, OfTerminalsHaveNoColoursAndSimpleOnesNoLiveLine)
     EXPECT_EQ(pictures.output().find('\x1b'), std::string::npos) << pictures.output();
     EXPECT_NE(pictures.output().find("\n\n"), std::string::npos) << pictures.output();
 
+    // A controller that cannot hear: both keys come before it stops.
+    const pid_t controller = controller_of(root);
+    ASSERT_EQ(::kill(controller, SIGSTOP), 0);
+    run.press_ctrl_c();
+    EXPECT_TRUE(run.writes("Stopping, as soon as the controller hears it."));
     run.press_ctrl_c();
     EXPECT_EQ(run.ends(), 3);
+    EXPECT_NE(run.output().find("The run goes on by itself. `vortik watch "), std::string::npos);
+    ASSERT_EQ(::kill(controller, SIGCONT), 0);
     EXPECT_EQ(watch.ends(), 3);
     EXPECT_EQ(run.output().find('\x1b'), std::string::npos) << run.output();
     for (const auto* shown : { &watch.output(), &screen.output() }) {
