@@ -4,6 +4,7 @@
 #include "frontend/run/Cleaning.h"
 #include "frontend/run/Follow.h"
 #include "frontend/run/Json.h"
+#include "frontend/run/Obstacles.h"
 #include "frontend/run/RunCommands.h"
 #include "frontend/run/RunStart.h"
 

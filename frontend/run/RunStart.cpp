@@ -4,7 +4,6 @@
 #include "case/CaseFile.h"
 #include "frontend/run/Cleaning.h"
 #include "frontend/run/EarlierRun.h"
-#include "frontend/run/LinkedRun.h"
 #include "frontend/run/LogEnds.h"
 #include "frontend/run/StepWords.h"
 #include "tavrobase/AtomicFile.h"
@@ -22,10 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Tavro::LinkManager;
-
-constexpr const char* kController = "Vortik_Controller";
-
-bool occupied(const std::string& path) { return Tavro::IsOccupied(Tavro::AsWritten(path)); }
 
 /// Absolute, since the controller reads a path as one of the root, and others read it later.
 std::string completion_file(const std::string& root, const std::string& given)
@@ -108,129 +103,6 @@ std::optional<PreparedRun> prepare_run(
 
 namespace {
 
-std::string how_to_attach(const std::string& root)
-{
-    return "`vortik watch " + quoted(root) + "` shows it, `vortik stop " + quoted(root)
-        + "` stops it";
-}
-
-/// A run that is under way, whoever began it, and what one has left behind.
-std::string life_in(const std::string& root, const std::optional<RunRecord>& record, bool force)
-{
-    if (record && controller_lives(*record))
-        return "a run is under way in " + root + " (controller: process "
-            + std::to_string(record->controller) + "); " + how_to_attach(root);
-    if (record) {
-        const auto left = step_programs(*record);
-        if (!left.empty())
-            return "of an earlier run in " + root + " there is still running: " + names_of(left)
-                + "; `vortik stop " + quoted(root) + "` ends it";
-    }
-    const auto linked = linked_run(root, record);
-    if (!linked)
-        return "";
-    const std::string link = "link " + std::to_string(linked->link);
-    if (linked->isTouched)
-        return "a run that another front end has begun is under way in " + root + " (" + link
-            + "); " + how_to_attach(root);
-    return force ? ""
-                 : "another front end has a link for " + root + " (" + link
-            + "), and no controller is to be seen on it; --force begins a run all the same";
-}
-
-/// Files that a new run would take from somebody else.
-std::string harm_of(const PreparedRun& run, const std::optional<RunRecord>& record)
-{
-    if (run.input.m_bRestart)
-        return "";
-    const auto cleaned = results_to_be_cleaned(run.root, run.input.m_strCaseName);
-    const std::string advice = ". Move away what is to be kept; --force begins all the same";
-    if (record) {
-        const auto times = work_times(run.root, *record);
-        const auto strangers
-            = times.empty() ? std::vector<Results> {} : strangers_among(run.root, cleaned, times);
-        return strangers.empty() ? ""
-                                 : "files in " + run.root
-                + " that its earlier run has not left so would be removed: " + some_of(strangers)
-                + advice;
-    }
-    const auto replaced = files_to_be_replaced(run.root, run.input);
-    if (cleaned.empty() && replaced.empty())
-        return "";
-    std::string text
-        = "no earlier run of vortik is known in " + run.root + ", and a new one would ";
-    if (!cleaned.empty())
-        text += "remove " + some_of(cleaned);
-    if (!replaced.empty())
-        text += (cleaned.empty() ? "replace " : ", and replace ") + some_of(replaced);
-    return text + advice;
-}
-
-/// Files in the way that only a run's own may be.
-std::string wrong_file(const PreparedRun& run, const std::optional<RunRecord>& record)
-{
-    if (occupied(run.completionFile) && !completion_word(run.completionFile))
-        return run.completionFile
-            + " is in the place of the completion file and is none; --force replaces it";
-    if (!record && occupied(binary_case(run.root)))
-        return binary_case(run.root)
-            + " is in the place of the controller's case file; --force replaces it";
-    return "";
-}
-
-std::string parts_text(const std::vector<std::string>& parts)
-{
-    return Tavro::MergeString(parts, ", ");
-}
-
-} // namespace
-
-std::string obstacle(const PreparedRun& run, bool force)
-{
-    const auto record = recall_run(run.root);
-    if (const std::string life = life_in(run.root, record, force); !life.empty() || force)
-        return life;
-    if (record && !is_here(*record)
-        && completion_word(record->completionFile) == VRK::StepNotFinished)
-        return "a run in " + run.root + " was begun on " + record->host
-            + " and has not ended, as far as can be seen from here; --force begins another";
-    if (const std::string wrong = wrong_file(run, record); !wrong.empty())
-        return wrong;
-    if (!run.changed.empty())
-        return "the run that --restart goes on with has been built from other "
-            + parts_text(run.changed)
-            + " and keeps them. Begin a new run without --restart; --force goes on all the same";
-    return harm_of(run, record);
-}
-
-std::string doubt_about_restart(const PreparedRun& run)
-{
-    if (run.changed.empty())
-        return "";
-    return "The case has other " + parts_text(run.changed)
-        + " than the run that it goes on with, which keeps those that it was built from.";
-}
-
-std::string lack_of_programs(const PreparedRun& run)
-{
-    const std::string directory = program_directory();
-    const std::vector<std::string> missing = missing_programs(directory, run.input);
-    std::string text;
-    if (!is_program(directory + kController))
-        text = std::string("there is no ") + kController + " in " + directory
-            + ", the directory of vortik, where it is looked for";
-    if (missing.empty())
-        return text;
-    const bool several = missing.size() > 1;
-    return text + (text.empty() ? "" : "; ") + "there " + (several ? "are" : "is") + " no "
-        + Tavro::MergeString(missing, ", ") + " in " + directory
-        + ". Step programs are products of "
-        + "their own; the controller looks for them beside vortik. Put them there, or links to "
-          "them";
-}
-
-namespace {
-
 /// What stood in a file before, put back unless the run has begun.
 class Former {
 public:
@@ -306,7 +178,7 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
     // The last word of an earlier run must not be taken for that of this one.
     fs::remove(run.completionFile, error);
 
-    const std::string program = program_directory() + kController;
+    const std::string program = program_directory() + kControllerName;
     const auto child = Tavro::start_apart({ program, program, { "-input=" + caseFile } });
     if (child.pid < 0) {
         reason = program + " cannot be started: " + Tavro::error_text(child.error);

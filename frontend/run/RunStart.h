@@ -14,6 +14,8 @@ namespace Frontend {
 /// with "/" at its end.
 [[nodiscard]] std::string program_directory();
 
+constexpr const char* kControllerName = "Vortik_Controller";
+
 /// A case that is ready to be run in its directory.
 struct PreparedRun {
     std::string root;
@@ -28,14 +30,6 @@ struct PreparedRun {
 /// been changed on disk. On failure, nothing and the reason.
 [[nodiscard]] std::optional<PreparedRun> prepare_run(
     const std::string& caseFile, VRK::ControllerInput input, bool restart, std::string& reason);
-
-/// Why the run may not begin in its directory, or nothing. `force` overrides what is only a doubt.
-/// Needs a share in the links.
-[[nodiscard]] std::string obstacle(const PreparedRun& run, bool force);
-/// What whoever forces a restart is to know of it, or nothing.
-[[nodiscard]] std::string doubt_about_restart(const PreparedRun& run);
-/// Why the installation cannot run the case, or nothing.
-[[nodiscard]] std::string lack_of_programs(const PreparedRun& run);
 
 /// Makes the link, writes the case file and starts the controller. Null, with the reason, if that
 /// failed; nothing has begun then.

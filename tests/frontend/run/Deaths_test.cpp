@@ -93,6 +93,23 @@ TEST_F(Death, OfAStepProgramIsTheFailureOfItsStepAndTheFrontEndsOwnStopsNothing)
     EXPECT_EQ(again.ends(), 3) << again.output();
 }
 
+TEST_F(Death, OfAllAtOnceLeavesADirectoryInWhichANewRunWorks)
+{
+    const std::string root = make_case("run", 100'000);
+    VortikProcess run({ "run", root }, pace(10));
+    EXPECT_TRUE(run.writes("\nsolver"));
+    wait_for_solver(root);
+    const pid_t solver = step_program(root, "Vortik_Solver");
+    for (const pid_t process : { run.pid(), controller_of(root), solver })
+        ASSERT_EQ(::kill(process, SIGKILL), 0);
+    EXPECT_EQ(run.ends(), 1000 + SIGKILL);
+    // Their links linger, and all that they have left is known to be theirs.
+    VortikProcess again({ "run", root }, pace(10));
+    EXPECT_TRUE(again.writes("\nsolver")) << again.output();
+    EXPECT_TRUE(again.output().starts_with("Cleaning the results of an earlier run in " + root))
+        << again.output();
+}
+
 TEST_F(Death, OfAProgramByAFaultIsToldWithTheEndOfItsLog)
 {
     const std::string root = make_case("run", 20);

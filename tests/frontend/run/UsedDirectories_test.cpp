@@ -57,8 +57,8 @@ TEST_F(UsedDirectory, WithoutAKnownRunKeepsAllFilesUnlessItIsForced)
     // What a run of ours has left may go, what somebody has put beside it may not.
     std::filesystem::copy_file(root + "/Restarts/cube.Rst", root + "/Restarts/good.Rst");
     const std::string refusal
-        = "vortik: files in DIR that its earlier run has not left so would be removed: "
-          "Restarts/good.Rst. Move away what is to be kept; --force begins all the same\n"
+        = "vortik: files in DIR are not as its earlier run left them, and a new one would remove "
+          "them: Restarts/good.Rst. Move away what is to be kept; --force begins all the same\n"
           "status 2\n";
     EXPECT_EQ(tidy(all_of({ "run", root }), root), refusal);
 
