@@ -191,6 +191,22 @@ std::vector<Results> files_to_be_replaced(
     return results;
 }
 
+std::vector<Results> copies_of_tables(const std::string& root, const VRK::ControllerInput& input)
+{
+    Results copies { "copies of airfoil tables", {} };
+    for (const VRK::RotorData& rotor : input.m_vecRotors) {
+        for (const std::string& table : rotor.m_vecAftFile) {
+            const fs::path source(table);
+            const std::string copy
+                = (source.parent_path() / ("." + source.filename().string())).string();
+            if (is_there((root / fs::path(copy)).string())
+                && std::find(copies.files.begin(), copies.files.end(), copy) == copies.files.end())
+                copies.files.push_back(copy);
+        }
+    }
+    return copies.files.empty() ? std::vector<Results> {} : std::vector { copies };
+}
+
 std::string results_text(const std::vector<Results>& results)
 {
     std::string text;

@@ -21,6 +21,9 @@ struct Results {
 /// What a run of the case writes anew over what is there; sorted like results.
 [[nodiscard]] std::vector<Results> files_to_be_replaced(
     const std::string& root, const VRK::ControllerInput& input);
+/// Copies of airfoil tables, hidden beside them, that every run and `vortik airfoil clean` make.
+[[nodiscard]] std::vector<Results> copies_of_tables(
+    const std::string& root, const VRK::ControllerInput& input);
 /// "Body_Pressure (3 files), Restarts (1 file)".
 [[nodiscard]] std::string results_text(const std::vector<Results>& results);
 /// "a, b, c and 2 more".

@@ -77,11 +77,11 @@ std::vector<unsigned> links_of(const std::string& root)
     if (LinkManager::GetLinkDebugInfo(links) != LinkManager::Success
         || LinkManager::GetHeartbeatAges(managerAges, ages) != LinkManager::Success)
         return {};
-    const std::string key = link_key(root).Get();
     std::vector<unsigned> found;
     for (unsigned link = 0; link < links.size(); ++link) {
         if (links[link].m_nAttachments > 0 && links[link].m_nDataSize == sizeof(VRK::GUIRecord)
-            && links[link].m_strKey == key && ages[link] <= static_cast<double>(kSecondsToDeath))
+            && ages[link] <= static_cast<double>(kSecondsToDeath)
+            && is_key_of(links[link].m_strKey, root))
             found.push_back(link);
     }
     return found;

@@ -97,13 +97,13 @@ std::string parts_text(const std::vector<std::string>& parts)
 std::string obstacle(const PreparedRun& run, bool force)
 {
     const auto record = recall_run(run.root);
-    if (const std::string life = life_in(run.root, record, force); !life.empty() || force)
+    if (std::string life = life_in(run.root, record, force); !life.empty() || force)
         return life;
     if (record && !is_here(*record)
         && completion_word(record->completionFile) == VRK::StepNotFinished)
         return "a run in " + run.root + " was begun on " + record->host
             + " and has not ended, as far as can be seen from here; --force begins another";
-    if (const std::string wrong = wrong_file(run, record); !wrong.empty())
+    if (std::string wrong = wrong_file(run, record); !wrong.empty())
         return wrong;
     if (!run.changed.empty())
         return "the run that --restart goes on with has been built from other "

@@ -36,7 +36,9 @@ void tell_cleaning(const PreparedRun& run, Display& display)
                     + results_text(cleaned),
                 "," + json_member("directories", directories));
     }
-    const auto replaced = files_to_be_replaced(run.root, run.input);
+    auto replaced = files_to_be_replaced(run.root, run.input);
+    for (const Results& copies : copies_of_tables(run.root, run.input))
+        replaced.push_back(copies);
     std::vector<std::string> files;
     for (const Results& one : replaced)
         files.insert(files.end(), one.files.begin(), one.files.end());

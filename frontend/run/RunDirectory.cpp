@@ -65,6 +65,11 @@ std::optional<std::string> run_root(const std::string& path)
 
 Tavro::FilePath link_key(const std::string& root) { return Tavro::AsWritten(root + "/"); }
 
+bool is_key_of(const std::string& key, const std::string& root)
+{
+    return key == link_key(root).Get() || (key.starts_with('/') && run_root(key) == root);
+}
+
 std::string binary_case(const std::string& root) { return root + "/.vortik-case"; }
 
 std::string usual_completion_file(const std::string& root) { return root + "/.vortik-completion"; }

@@ -51,6 +51,9 @@ struct RunRecord {
 /// The key of the run's link, which is the path of its model.
 [[nodiscard]] Tavro::FilePath link_key(const std::string& root);
 
+/// Whether a link's key means this run: other front ends may come to it by another way.
+[[nodiscard]] bool is_key_of(const std::string& key, const std::string& root);
+
 /// Where the case goes from which the controller starts; it lies in the root, for its directory is
 /// the controller's root, and the controller takes it away.
 [[nodiscard]] std::string binary_case(const std::string& root);

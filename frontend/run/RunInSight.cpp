@@ -52,7 +52,7 @@ std::unique_ptr<VRK::GUIConLink> attach_to_run(
         return nullptr;
     std::unique_ptr<VRK::GUIConLink> link;
     if (record.link < links.size() && links[record.link].m_nAttachments > 0
-        && links[record.link].m_strKey == key.Get()) {
+        && is_key_of(links[record.link].m_strKey, root)) {
         link = std::make_unique<VRK::GUIConLink>(record.link, result);
     } else {
         bool attached = false;

@@ -86,9 +86,12 @@ std::set<std::string> linked_roots()
     if (Tavro::LinkManager::GetLinkDebugInfo(links) != Tavro::LinkManager::Success)
         return roots;
     for (const auto& link : links) {
-        if (link.m_nAttachments > 0 && link.m_nDataSize == sizeof(VRK::GUIRecord)
-            && link.m_strKey.size() > 1 && link.m_strKey.ends_with('/'))
-            roots.insert(link.m_strKey.substr(0, link.m_strKey.size() - 1));
+        const std::string& key = link.m_strKey;
+        if (link.m_nAttachments == 0 || link.m_nDataSize != sizeof(VRK::GUIRecord)
+            || !key.starts_with('/'))
+            continue;
+        if (const auto root = run_root(key)) // else the directory is gone, and the run with it
+            roots.insert(*root);
     }
     return roots;
 }

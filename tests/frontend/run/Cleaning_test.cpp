@@ -117,6 +117,20 @@ TEST_F(Cleaning, TellsWhatARunWritesAnew)
     EXPECT_EQ(replaced(input), "Process_Output/Vortik_Controller.err, Solver_Input/a.SlvrMain");
 }
 
+TEST_F(Cleaning, TellsWhichCopiesOfAirfoilTablesAreThereAlready)
+{
+    VRK::ControllerInput input;
+    input.m_vecRotors.resize(2);
+    input.m_vecRotors[0].m_vecAftFile = { "a.dat", "tables/b.dat", m_home.path("c.dat") };
+    input.m_vecRotors[1].m_vecAftFile = { "a.dat" };
+    EXPECT_TRUE(copies_of_tables(m_home.path(), input).empty());
+    for (const char* name : { ".a.dat", "tables/.b.dat", ".c.dat", ".d.dat" })
+        write(name);
+    const auto copies = copies_of_tables(m_home.path(), input);
+    EXPECT_EQ(results_text(copies), "copies of airfoil tables (3 files)");
+    EXPECT_EQ(some_of(copies), ".a.dat, tables/.b.dat, " + m_home.path(".c.dat"));
+}
+
 TEST_F(Cleaning, NamesFiveFilesAtMost)
 {
     for (const char* name : { "1", "2", "3", "4", "5" })

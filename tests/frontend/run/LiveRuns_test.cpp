@@ -168,12 +168,15 @@ TEST_F(LiveRun, IsTheMeaningOfALinkWhoseStampsAreNew)
 TEST_F(LiveRun, WhoseControllerIsSilentIsToldAtOnceAndWhenItIsBack)
 {
     const std::string root = make_case("silent", 20);
+    // Another front end may have come to the directory by another way.
+    const std::string alias = m_directory.path("alias");
+    Testing::make_link(root, alias);
     const auto outcome = Testing::run_isolated([&] {
         if (LinkManager::Startup() != LinkManager::Success)
             ::_exit(1);
         LinkManager::Result result {};
         {
-            VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
+            VRK::GUIConLink link(Tavro::FilePath(alias + "/"), result);
             VRK::GUIRecord record {};
             record.step = VRK::StepExtractor;
             record.tLastTouch = ::time(nullptr) - 20;
