@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace Frontend {
 
@@ -170,14 +172,8 @@ std::vector<Results> files_to_be_replaced(
         if (input.m_grid.m_bHybrid)
             grid.emplace_back("ex_grid_struct_map.dat");
         add_if_there(root, "Grid_Output", grid, results);
-        // The path of the viscous input is the case's own, from where the controller works then.
-        const std::string viscous = input.m_grid.m_fpViscInput.Get();
-        if (input.m_grid.m_bHybrid && !viscous.empty()) {
-            const bool absolute = viscous.starts_with('/');
-            const std::string path = absolute ? viscous : "Grid_Output/" + viscous;
-            if (is_there(absolute ? viscous : root + "/" + path))
-                results.push_back({ fs::path(path).parent_path().string(), { path } });
-        }
+        for (const Results& viscous : viscous_input_to_be_replaced(root, input))
+            results.push_back(viscous);
         if (input.m_bGridOnly)
             cards.clear();
         else
@@ -189,6 +185,27 @@ std::vector<Results> files_to_be_replaced(
         root, "Process_Output", { "Vortik_Controller.err", "Vortik_Controller.out" }, results);
     add_if_there(root, "Solver_Input", cards, results);
     return results;
+}
+
+std::vector<Results> viscous_input_to_be_replaced(
+    const std::string& root, const VRK::ControllerInput& input)
+{
+    if (input.m_bRestart || !input.m_grid.m_bHybrid || input.m_grid.m_fpViscInput.Get().empty())
+        return {};
+    // From where the controller works then; a path from the top stays as it is.
+    const fs::path path = "Grid_Output" / fs::path(input.m_grid.m_fpViscInput.Get());
+    const fs::path file = root / path;
+    std::error_code error;
+    if (!is_there(file.string()))
+        return {};
+    if (fs::is_regular_file(file, error)) {
+        std::ifstream stream(file, std::ios::binary);
+        std::ostringstream bytes;
+        bytes << stream.rdbuf();
+        if (bytes.str() == input.m_grid.m_strViscInput)
+            return {};
+    }
+    return { { path.parent_path().string(), { path.string() } } };
 }
 
 std::vector<Results> copies_of_tables(const std::string& root, const VRK::ControllerInput& input)
@@ -262,7 +279,7 @@ std::vector<Results> strangers_among(const std::string& root, const std::vector<
     for (const Results& one : results) {
         Results found { one.directory, {} };
         for (const std::string& file : one.files) {
-            const auto written = write_time(root + "/" + file);
+            const auto written = write_time((root / fs::path(file)).string());
             const bool isOurs
                 = written && std::any_of(times.begin(), times.end(), [&](const WorkTime& time) {
                       return time.begin <= *written && *written <= time.end;

@@ -21,6 +21,9 @@ struct Results {
 /// What a run of the case writes anew over what is there; sorted like results.
 [[nodiscard]] std::vector<Results> files_to_be_replaced(
     const std::string& root, const VRK::ControllerInput& input);
+/// The file of the viscous input, which may be anywhere, if a run would put other bytes into it.
+[[nodiscard]] std::vector<Results> viscous_input_to_be_replaced(
+    const std::string& root, const VRK::ControllerInput& input);
 /// Copies of airfoil tables, hidden beside them, that every run and `vortik airfoil clean` make.
 [[nodiscard]] std::vector<Results> copies_of_tables(
     const std::string& root, const VRK::ControllerInput& input);

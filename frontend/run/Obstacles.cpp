@@ -56,12 +56,17 @@ std::string harm_of(const PreparedRun& run, const std::optional<RunRecord>& reco
     const std::string advice = ". Move away what is to be kept; --force begins all the same";
     if (record) {
         const auto times = work_times(run.root, *record);
-        const auto strangers
-            = times.empty() ? std::vector<Results> {} : strangers_among(run.root, cleaned, times);
-        return strangers.empty() ? ""
-                                 : "files in " + run.root
+        if (times.empty())
+            return "";
+        if (const auto strangers = strangers_among(run.root, cleaned, times); !strangers.empty())
+            return "files in " + run.root
                 + " are not as its earlier run left them, and a new one would remove them: "
                 + some_of(strangers) + advice;
+        const auto viscous
+            = strangers_among(run.root, viscous_input_to_be_replaced(run.root, run.input), times);
+        return viscous.empty()
+            ? ""
+            : "the case would replace a file that no run has written: " + some_of(viscous) + advice;
     }
     const auto replaced = files_to_be_replaced(run.root, run.input);
     if (cleaned.empty() && replaced.empty())

@@ -108,10 +108,24 @@ TEST_F(Cleaning, TellsWhatARunWritesAnew)
     EXPECT_EQ(replaced(input),
         "Grid_Output/VRK.grid.dat, Grid_Output/a_body.Grd, Process_Output/Vortik_Controller.err");
     input.m_grid.m_bHybrid = true;
+    input.m_grid.m_strViscInput = "layers";
     input.m_grid.m_fpViscInput = Tavro::FilePath(m_home.path("visc.inp"));
     EXPECT_EQ(replaced(input),
         "Grid_Output/VRK.grid.dat, Grid_Output/a_body.Grd, " + m_home.path("visc.inp")
             + ", Process_Output/Vortik_Controller.err");
+    write_file(m_home.path("visc.inp"), "layers"); // nothing would change
+    EXPECT_EQ(replaced(input),
+        "Grid_Output/VRK.grid.dat, Grid_Output/a_body.Grd, Process_Output/Vortik_Controller.err");
+    write_file(m_home.path("visc.inp"), "mine");
+    EXPECT_EQ(some_of(strangers_among(m_home.path(),
+                  viscous_input_to_be_replaced(m_home.path(), input), { { ago(60), ago(40) } })),
+        m_home.path("visc.inp"));
+    EXPECT_EQ(some_of(strangers_among(m_home.path(),
+                  viscous_input_to_be_replaced(m_home.path(), input), { { ago(60), ago(-1) } })),
+        "");
+    input.m_grid.m_fpViscInput = Tavro::FilePath("v.inp");
+    write("Grid_Output/v.inp");
+    EXPECT_EQ(some_of(viscous_input_to_be_replaced(m_home.path(), input)), "Grid_Output/v.inp");
     input.m_bRestart = true;
     input.m_bGridOnly = false;
     EXPECT_EQ(replaced(input), "Process_Output/Vortik_Controller.err, Solver_Input/a.SlvrMain");
