@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <csignal>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -237,6 +239,21 @@ TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
     });
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "vortik: the output cannot be written\n");
+}
+
+TEST(CommandLine, PrintingThatNobodyReadsEndsAsThatOfOtherProgramsDoes)
+{
+    const auto outcome = Testing::run_isolated([] {
+        std::array<int, 2> pipe {};
+        if (::pipe(pipe.data()) != 0 || ::dup2(pipe[1], STDOUT_FILENO) < 0)
+            ::_exit(99);
+        ::close(pipe[0]);
+        const std::string program = Testing::program_beside_this("vortik");
+        ::execl(program.c_str(), "vortik", "check", "--keys", nullptr);
+    });
+    EXPECT_FALSE(outcome.exited);
+    EXPECT_EQ(outcome.signal, SIGPIPE);
+    EXPECT_EQ(outcome.err, "");
 }
 
 TEST(Manual, CompletionOffersTheExamples)
