@@ -134,6 +134,11 @@ TEST(BasicOctree, TheSplitPointIsHalfTheSum)
     set_cube(tree, 0.1, 0.3);
     tree.CreateChildren();
     EXPECT_EQ(tree.m_pChildren[0].m_Box.m_vMax[0], 0.4 * 0.5); // 0.1 + 0.3 rounds to 0.4
+    // The lower end and half the length, -3 + 4.4 x 0.5, would round to -0.7999999999999998.
+    Octree other;
+    set_cube(other, -3, 1.4);
+    other.CreateChildren();
+    EXPECT_EQ(other.m_pChildren[0].m_Box.m_vMax[0], -0.8);
 }
 
 TEST(BasicOctree, CreateChildrenHandsTheTrianglesDownInOrderAndDropsTheList)

@@ -258,6 +258,11 @@ TEST(BoxSide, AnEndOnItIsTheCrossingPoint)
     EXPECT_TRUE(edge_boxedge_intersection_exists({ 5, 7 }, { 0, 1 }, { 0, 0 }, { 0, 1 }));
     EXPECT_FALSE(edge_boxedge_intersection_exists({ 0, 2 }, { 5, 0 }, { 0, 0 }, { 0, 1 }));
     EXPECT_FALSE(edge_boxedge_intersection_exists({ 5, 0 }, { 0, 2 }, { 0, 0 }, { 0, 1 }));
+    // It is taken as it is, where the way from one end to the other would overflow.
+    EXPECT_TRUE(
+        edge_boxedge_intersection_exists({ 0, -1e308 }, { 5, 1.7e308 }, { 0, -1.5e308 }, { 0, 1 }));
+    EXPECT_TRUE(
+        edge_boxedge_intersection_exists({ 5, 1.7e308 }, { 0, -1e308 }, { 0, -1.5e308 }, { 0, 1 }));
 }
 
 TEST(BoxSide, TheCrossingPointLiesBetweenItsEndsInEitherOrder)

@@ -29,6 +29,14 @@ TEST(LinePlane, AParallelLineGivesTheLargestDouble)
         std::numeric_limits<double>::max());
 }
 
+TEST(LinePlane, OnlyALineThatIsExactlyParallelHasNone)
+{
+    // It rises by 2^-1060 over its length, from within the plane and from 2^-1059 below it.
+    EXPECT_EQ(fast_line_plane_intersect({ 0, 0, 0 }, { 1, 0, 0x1p-1060 }, kA, kB, kC), 0.0);
+    EXPECT_EQ(
+        fast_line_plane_intersect({ 0, 0, -0x1p-1059 }, { 1, 0, -0x1p-1060 }, kA, kB, kC), 2.0);
+}
+
 TEST(LinePlane, APlaneOfCollinearPointsGivesNaN)
 {
     EXPECT_TRUE(std::isnan(fast_line_plane_intersect({ 0, 0, 1 }, { 0, 0, 0 }, kA, kB, kB)));

@@ -73,6 +73,15 @@ TEST(RootCube, IsATenthLongerThanTheLongestSideAroundTheCentre)
     expect_point(root.m_vMax, { 2 + h, 2 + h, 0.5 + h });
 }
 
+TEST(RootCube, HasItsCentreAtHalfTheSum)
+{
+    // (-3 + 1.4) x 0.5 is -0.8, h = 4.4 x 1.1 x 0.5 = 2.42; from -3 + 4.4 x 0.5 both ends would
+    // come out one bit higher.
+    const auto root = Tavro::RootCube({ { -3, 0, 0 }, { 1.4, 1, 1 } });
+    EXPECT_EQ(root.m_vMin[0], -3.2200000000000006);
+    EXPECT_EQ(root.m_vMax[0], 1.6200000000000003);
+}
+
 TEST(LeafCells, AreSixTetrahedraWithFacetsAndOneHexahedronWithout)
 {
     // In the child of low x, y and z alone.

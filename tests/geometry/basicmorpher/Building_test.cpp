@@ -187,6 +187,15 @@ TEST(AddEdge, LowersTheLeastLengthIfItIsShorter)
     EXPECT_EQ(complex.m_dMinEdgeLength, 2);
 }
 
+TEST(AddEdge, OneWithoutLengthMakesTheLeastLengthZero)
+{
+    Complex complex;
+    const VertIt a = complex.AddVert(Vert({ 1, 2, 3 }));
+    const VertIt b = complex.AddVert(Vert({ 1, 2, 3 }));
+    complex.AddEdge({ a, b });
+    EXPECT_EQ(complex.m_dMinEdgeLength, 0);
+}
+
 TEST(AddEdge, TheLeastLengthStaysWhenItsEdgeIsRemoved)
 {
     Triangle t; // edges of length 4, 5 and 3
