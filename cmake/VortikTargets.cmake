@@ -27,7 +27,8 @@ function(vortik_library name)
 endfunction()
 
 # vortik_test(NAME SOURCES source... USES library... [SLOW] [OPTIMISED])
-# One test program; every test of it becomes a test of ctest. The sanitizers run all but SLOW ones.
+# One test program; every test of it becomes a test of ctest, or, where starting a program takes
+# longer than most tests (VORTIK_TESTS_BY_PROGRAM), the program does. The sanitizers run all but SLOW ones.
 # What a test program does itself takes no time worth the compiler's, which is most of a build under
 # the sanitizers; those that calculate at length are OPTIMISED.
 function(vortik_test name)
@@ -39,7 +40,7 @@ function(vortik_test name)
   endif()
   add_executable(${name} ${arg_SOURCES})
   if(NOT arg_OPTIMISED)
-    target_compile_options(${name} PRIVATE -O0)
+    target_compile_options(${name} PRIVATE $<IF:$<CXX_COMPILER_ID:MSVC>,/Od,-O0>)
     if(VORTIK_PRECOMPILE)
       target_precompile_headers(${name} REUSE_FROM test_headers)
     endif()
@@ -50,6 +51,11 @@ function(vortik_test name)
   if(arg_SLOW)
     set(label slow)
     set(cost 100) # begun first: the last of them would keep one processor busy alone
+  endif()
+  if(VORTIK_TESTS_BY_PROGRAM)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600)
+    return()
   endif()
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 300)

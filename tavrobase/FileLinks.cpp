@@ -5,13 +5,16 @@
 #include "tavrobase/Trace.h"
 #include "tavrobase/platform/Files.h"
 
+#include <iostream>
+
 namespace Tavro {
 
 namespace {
 
-/// Makes room at the target and puts a link there.
+/// Makes room at the target and puts a link there. `words` are for standard output, if any.
 template <typename MakeLink>
-bool link_file(const FilePath& from, const FilePath& to, const char* failure, MakeLink make_link)
+bool link_file(const FilePath& from, const FilePath& to, const char* words, const char* failure,
+    MakeLink make_link)
 {
     if (!from.Exists() || from.IsDirectory())
         throw BadParameter(__FILE__, __LINE__);
@@ -19,6 +22,8 @@ bool link_file(const FilePath& from, const FilePath& to, const char* failure, Ma
     const bool safe = !Platform::same_entry(from.Get(), to.Get()) && !GoesWith(from, to);
     if (safe && IsOccupied(to) && !RemovePath(to))
         return false;
+    if (words != nullptr)
+        std::cout << words << '\n';
     if (safe && make_link(from.Get(), AsEntry(to).Get()) == 0)
         return true;
     PrintErrorDebugHelper(1, failure);
@@ -32,14 +37,16 @@ bool link_file(const FilePath& from, const FilePath& to, const char* failure, Ma
 bool SymlinkFile(FilePath from, FilePath to)
 {
     TAVRO_TRACE_BEGIN("SymlinkFile")
-    return link_file(from, to, "Unable to create a symlink of file:", Platform::make_symbolic_link);
+    return link_file(from, to, Platform::words_for_missing_symbolic_links(),
+        "Unable to create a symlink of file:", Platform::make_symbolic_link);
     TAVRO_TRACE_END
 }
 
 bool LinkFile(FilePath from, FilePath to)
 {
     TAVRO_TRACE_BEGIN("LinkFile")
-    return link_file(from, to, "Unable to create a link of file:", Platform::make_hard_link);
+    return link_file(
+        from, to, nullptr, "Unable to create a link of file:", Platform::make_hard_link);
     TAVRO_TRACE_END
 }
 

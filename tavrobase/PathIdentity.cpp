@@ -54,7 +54,7 @@ bool LiesWithin(const FilePath& inner, const FilePath& outer)
     const auto within = followed(inner);
     const auto around = followed(outer);
     return within.size() >= around.size()
-        && std::equal(around.begin(), around.end(), within.begin());
+        && std::equal(around.begin(), around.end(), within.begin(), Platform::same_name);
 }
 
 bool GoesWith(const FilePath& path, const FilePath& doomed)

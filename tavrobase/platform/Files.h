@@ -46,10 +46,16 @@ struct FileFacts {
 /// for nothing.
 [[nodiscard]] bool is_symbolic_link(const std::string& path);
 
+/// Whether the system takes two names in one directory for the same.
+[[nodiscard]] bool same_name(const std::string& left, const std::string& right);
+
 /// Whether both paths name the same entry of the same directory, however they are spelt. Two hard
 /// links to one file are different entries.
 [[nodiscard]] bool same_entry(const std::string& left, const std::string& right);
 
+/// What a system on which programs make no symbolic links says of them, for people; null where they
+/// do.
+[[nodiscard]] const char* words_for_missing_symbolic_links();
 /// A link at `link` that leads to `target`; a relative target is one of the working directory.
 [[nodiscard]] ErrorNumber make_symbolic_link(const std::string& target, const std::string& link);
 [[nodiscard]] ErrorNumber make_hard_link(const std::string& target, const std::string& link);

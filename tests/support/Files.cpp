@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Files.h"
 
+#include "tests/support/Replay.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,21 +11,10 @@
 
 namespace Testing {
 
-TemporaryDirectory::TemporaryDirectory()
-    : m_path((std::filesystem::temp_directory_path() / "vortik-test-XXXXXX").string())
-{
-    if (::mkdtemp(m_path.data()) == nullptr)
-        throw std::runtime_error("no temporary directory: " + m_path);
-}
-
-TemporaryDirectory::~TemporaryDirectory()
-{
-    std::error_code ignored; // what a test has made undeletable is not worth a failure
-    std::filesystem::remove_all(m_path, ignored);
-}
-
 void write_file(const std::string& path, const std::string& bytes)
 {
+    if (is_replaying())
+        return;
     std::ofstream file(path, std::ios::binary);
     file << bytes;
     file.close();
@@ -42,13 +32,14 @@ std::string read_file(const std::string& path)
 
 void make_directory(const std::string& path)
 {
-    if (!std::filesystem::create_directory(path))
+    if (!is_replaying() && !std::filesystem::create_directory(path))
         throw std::runtime_error("cannot create " + path);
 }
 
 void make_link(const std::string& target, const std::string& link)
 {
-    std::filesystem::create_symlink(target, link);
+    if (!is_replaying())
+        std::filesystem::create_symlink(target, link);
 }
 
 bool file_exists(const std::string& path)

@@ -5,7 +5,11 @@
 
 namespace Testing {
 
+/// Path of the running program.
+[[nodiscard]] std::string own_program();
+
 /// Path of another program of the build: all of them lie in the directory of the running one.
+/// Without the system's ending of programs.
 [[nodiscard]] std::string program_beside_this(const std::string& name);
 
 } // namespace Testing

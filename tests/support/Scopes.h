@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "tests/support/Environment.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -18,23 +20,15 @@ public:
     {
         if (const char* former = std::getenv(m_name.c_str()))
             m_former = former;
-        put(value);
+        put_variable(m_name, value);
     }
-    ~EnvironmentScope() { put(m_former); }
+    ~EnvironmentScope() { put_variable(m_name, m_former); }
     EnvironmentScope(const EnvironmentScope&) = delete;
     EnvironmentScope& operator=(const EnvironmentScope&) = delete;
     EnvironmentScope(EnvironmentScope&&) = delete;
     EnvironmentScope& operator=(EnvironmentScope&&) = delete;
 
 private:
-    void put(const std::optional<std::string>& value) const
-    {
-        if (value)
-            ::setenv(m_name.c_str(), value->c_str(), 1);
-        else
-            ::unsetenv(m_name.c_str());
-    }
-
     std::string m_name;
     std::optional<std::string> m_former;
 };

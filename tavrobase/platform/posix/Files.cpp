@@ -134,6 +134,8 @@ bool is_symbolic_link(const std::string& path)
     return ::lstat(without_last_slashes(path).c_str(), &facts) == 0 && S_ISLNK(facts.st_mode);
 }
 
+bool same_name(const std::string& left, const std::string& right) { return left == right; }
+
 bool same_entry(const std::string& left, const std::string& right)
 {
     const Entry a = entry_of(left);
@@ -144,6 +146,8 @@ bool same_entry(const std::string& left, const std::string& right)
         && ::stat(b.directory.c_str(), &right_directory) == 0
         && same_file(left_directory, right_directory);
 }
+
+const char* words_for_missing_symbolic_links() { return nullptr; }
 
 ErrorNumber make_symbolic_link(const std::string& target, const std::string& link)
 {

@@ -5,9 +5,11 @@
 
 namespace Testing {
 
+std::string own_program() { return std::filesystem::read_symlink("/proc/self/exe").string(); }
+
 std::string program_beside_this(const std::string& name)
 {
-    return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / name).string();
+    return (std::filesystem::path(own_program()).parent_path() / name).string();
 }
 
 } // namespace Testing

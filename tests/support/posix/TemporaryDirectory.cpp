@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Files.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+namespace Testing {
+
+TemporaryDirectory::TemporaryDirectory()
+    : m_path((std::filesystem::temp_directory_path() / "vortik-test-XXXXXX").string())
+{
+    if (::mkdtemp(m_path.data()) == nullptr)
+        throw std::runtime_error("no temporary directory: " + m_path);
+}
+
+TemporaryDirectory::~TemporaryDirectory()
+{
+    std::error_code ignored; // what a test has made undeletable is not worth a failure
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+} // namespace Testing

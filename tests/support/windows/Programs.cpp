@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/Programs.h"
+
+#include <algorithm>
+#include <array>
+
+#include <windows.h>
+
+namespace Testing {
+
+std::string own_program()
+{
+    std::array<char, MAX_PATH + 1> path {};
+    ::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size() - 1));
+    std::string text = path.data();
+    std::replace(text.begin(), text.end(), '\\', '/');
+    return text;
+}
+
+std::string program_beside_this(const std::string& name)
+{
+    const std::string own = own_program();
+    return own.substr(0, own.rfind('/') + 1) + name;
+}
+
+} // namespace Testing
