@@ -3,9 +3,8 @@
 
 #include "tests/support/Files.h"
 
+#include <memory>
 #include <string>
-
-#include <sys/types.h>
 
 namespace Testing {
 
@@ -34,18 +33,18 @@ public:
     /// Lets it come to its end by itself; its exit status.
     int finish();
 
-    [[nodiscard]] pid_t pid() const { return m_pid; }
+    [[nodiscard]] long long pid() const;
     /// All that it wrote besides answers.
-    [[nodiscard]] std::string out() const { return read_file(m_directory.path("out")); }
+    [[nodiscard]] std::string out() const;
     [[nodiscard]] std::string err() const { return read_file(m_directory.path("err")); }
 
 private:
+    struct Process; // what a system calls a process and its pipes
+
     int wait();
 
     TemporaryDirectory m_directory;
-    pid_t m_pid = -1;
-    int m_requests = -1;
-    int m_answers = -1;
+    std::unique_ptr<Process> m_process;
     std::string m_pending;
 };
 

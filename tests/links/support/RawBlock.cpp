@@ -6,20 +6,12 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <stdexcept>
 #include <thread>
-
-#include <fcntl.h>
-#include <pwd.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace Testing {
 
 namespace {
 
-constexpr std::size_t kBytes = 462000;
 constexpr std::size_t kFirstLink = 400;
 constexpr std::size_t kLinkBytes = 4616;
 
@@ -39,31 +31,9 @@ void write_number(unsigned char* place, Number number)
     std::memcpy(place, &number, sizeof number);
 }
 
-std::string object_name() { return "/" + block_name(); }
-
 } // namespace
 
-std::string block_name()
-{
-    const passwd* const user = ::getpwuid(::geteuid());
-    return std::string("TavroLM1_") + (user == nullptr ? "" : user->pw_name);
-}
-
 std::int64_t seconds_now() { return std::time(nullptr); }
-
-RawBlock::RawBlock()
-{
-    const int object = ::shm_open(object_name().c_str(), O_RDWR, 0);
-    if (object < 0)
-        throw std::runtime_error("no block");
-    void* const data = ::mmap(nullptr, kBytes, PROT_READ | PROT_WRITE, MAP_SHARED, object, 0);
-    ::close(object);
-    if (data == MAP_FAILED)
-        throw std::runtime_error("block cannot be mapped");
-    m_data = static_cast<unsigned char*>(data);
-}
-
-RawBlock::~RawBlock() { ::munmap(m_data, kBytes); }
 
 std::int64_t RawBlock::slot(int index) const
 {
@@ -123,37 +93,6 @@ std::string RawBlock::dump() const
     return text;
 }
 
-RawLock::RawLock()
-    : m_semaphore(::sem_open(object_name().c_str(), 0))
-{
-    if (m_semaphore == SEM_FAILED)
-        throw std::runtime_error("no semaphore");
-}
-
-RawLock::~RawLock() { ::sem_close(m_semaphore); }
-
-bool RawLock::take(int milliseconds)
-{
-    timespec end {};
-    ::clock_gettime(CLOCK_REALTIME, &end);
-    end.tv_sec += milliseconds / 1000;
-    end.tv_nsec += (milliseconds % 1000) * 1'000'000L;
-    if (end.tv_nsec >= 1'000'000'000L) {
-        end.tv_nsec -= 1'000'000'000L;
-        ++end.tv_sec;
-    }
-    return ::sem_timedwait(m_semaphore, &end) == 0;
-}
-
-void RawLock::give() { ::sem_post(m_semaphore); }
-
-int RawLock::value() const
-{
-    int value = -1;
-    ::sem_getvalue(m_semaphore, &value);
-    return value;
-}
-
 int RawLock::value_at_rest() const
 {
     using Clock = std::chrono::steady_clock;
@@ -164,16 +103,6 @@ int RawLock::value_at_rest() const
         found = value();
     }
     return found;
-}
-
-bool block_exists() { return ::access(("/dev/shm" + object_name()).c_str(), F_OK) == 0; }
-
-void make_block(std::size_t bytes, unsigned mode)
-{
-    const int object = ::shm_open(object_name().c_str(), O_RDWR | O_CREAT | O_EXCL, mode);
-    if (object < 0 || ::ftruncate(object, static_cast<off_t>(bytes)) != 0)
-        throw std::runtime_error("cannot make a block");
-    ::close(object);
 }
 
 } // namespace Testing

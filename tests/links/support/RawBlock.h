@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <string>
 
-#include <semaphore.h>
-
 /// The shared objects as a foreign program sees them: through the system's calls and offsets
 /// written out as numbers, with no code of the link layer.
 namespace Testing {
@@ -60,7 +58,7 @@ public:
     [[nodiscard]] int value_at_rest() const;
 
 private:
-    sem_t* m_semaphore;
+    void* m_semaphore;
 };
 
 [[nodiscard]] bool block_exists();

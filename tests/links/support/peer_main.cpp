@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// A process of the user that carries out requests, one a line, and answers each with one line on
-// descriptor 3. Records are filled with one letter; in answers "a56" means 56 times "a", and "" no
+// A process of the user that carries out requests, one a line, and answers each with one line in the
+// file that its argument names. Records are filled with one letter; in answers "a56" means 56 times "a", and "" no
 // bytes. A buffer that was not written holds "?". A key "#N" is N times "k", "-" the empty one.
 
 #include "links/LinkManager.h"
@@ -9,14 +9,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 namespace {
 
@@ -210,15 +209,15 @@ const std::map<std::string, std::function<std::string(Request&)>> kRequests {
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
-    constexpr int kAnswers = 3;
+    std::ofstream answers(argc > 1 ? argv[1] : "", std::ios::binary);
     for (std::string line; std::getline(std::cin, line) && line != "end";) {
         Request request { std::istringstream(line) };
         const auto found = kRequests.find(request.word());
-        const std::string answer
-            = (found == kRequests.end() ? "what?" : found->second(request)) + "\n";
-        if (::write(kAnswers, answer.data(), answer.size()) < 0)
+        answers << (found == kRequests.end() ? "what?" : found->second(request)) << "\n"
+                << std::flush;
+        if (!answers)
             return 1;
     }
     return 0;

@@ -28,7 +28,14 @@ void redirect(int to, const std::string& path)
 
 } // namespace
 
+struct Peer::Process {
+    pid_t pid = -1;
+    int requests = -1;
+    int answers = -1;
+};
+
 Peer::Peer()
+    : m_process(std::make_unique<Process>())
 {
     if (!objects_are_private())
         return; // the member of a test that is about to be skipped
@@ -40,33 +47,37 @@ Peer::Peer()
         std::abort();
     write_file(m_directory.path("out"), "");
     write_file(m_directory.path("err"), "");
-    m_pid = ::fork();
-    if (m_pid < 0)
+    m_process->pid = ::fork();
+    if (m_process->pid < 0)
         std::abort();
-    if (m_pid == 0) {
+    if (m_process->pid == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        constexpr int kAnswers = 3; // where peer_main.cpp writes
+        constexpr int kAnswers = 3;
         redirect(STDOUT_FILENO, m_directory.path("out"));
         redirect(STDERR_FILENO, m_directory.path("err"));
         if (::dup2(requests[0], STDIN_FILENO) < 0 || ::dup2(answers[1], kAnswers) < 0)
             std::abort();
         if (answers[1] == kAnswers)
             ::fcntl(kAnswers, F_SETFD, 0);
-        ::execl(program.c_str(), program.c_str(), nullptr);
+        ::execl(program.c_str(), program.c_str(), "/dev/fd/3", nullptr);
         std::abort();
     }
     ::close(requests[0]);
     ::close(answers[1]);
-    m_requests = requests[1];
-    m_answers = answers[0];
+    m_process->requests = requests[1];
+    m_process->answers = answers[0];
 }
 
 Peer::~Peer()
 {
     kill();
-    ::close(m_requests);
-    ::close(m_answers);
+    ::close(m_process->requests);
+    ::close(m_process->answers);
 }
+
+long long Peer::pid() const { return m_process->pid; }
+
+std::string Peer::out() const { return read_file(m_directory.path("out")); }
 
 std::string Peer::operator()(const std::string& request)
 {
@@ -78,7 +89,7 @@ void Peer::ask(const std::string& request)
 {
     const std::string line = request + "\n";
     std::signal(SIGPIPE, SIG_IGN); // a dead peer gives no answer, which is all that need be said
-    (void)!::write(m_requests, line.data(), line.size());
+    (void)!::write(m_process->requests, line.data(), line.size());
 }
 
 std::string Peer::answer(int milliseconds)
@@ -94,11 +105,11 @@ std::string Peer::answer(int milliseconds)
         }
         const auto left
             = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        pollfd ready { m_answers, POLLIN, 0 };
+        pollfd ready { m_process->answers, POLLIN, 0 };
         if (left < 0 || ::poll(&ready, 1, static_cast<int>(left)) <= 0)
             return "no answer";
         std::array<char, 65536> buffer {};
-        const ssize_t got = ::read(m_answers, buffer.data(), buffer.size());
+        const ssize_t got = ::read(m_process->answers, buffer.data(), buffer.size());
         if (got <= 0)
             return "no answer";
         m_pending.append(buffer.data(), static_cast<std::size_t>(got));
@@ -107,20 +118,20 @@ std::string Peer::answer(int milliseconds)
 
 void Peer::kill()
 {
-    if (m_pid > 0) {
-        ::kill(m_pid, SIGKILL);
+    if (m_process->pid > 0) {
+        ::kill(m_process->pid, SIGKILL);
         (void)wait();
     }
 }
 
 void Peer::pause()
 {
-    ::kill(m_pid, SIGSTOP);
+    ::kill(m_process->pid, SIGSTOP);
     int status = 0;
-    ::waitpid(m_pid, &status, WUNTRACED);
+    ::waitpid(m_process->pid, &status, WUNTRACED);
 }
 
-void Peer::resume() { ::kill(m_pid, SIGCONT); }
+void Peer::resume() { ::kill(m_process->pid, SIGCONT); }
 
 int Peer::finish()
 {
@@ -131,8 +142,8 @@ int Peer::finish()
 int Peer::wait()
 {
     int status = 0;
-    ::waitpid(m_pid, &status, 0);
-    m_pid = -1;
+    ::waitpid(m_process->pid, &status, 0);
+    m_process->pid = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
