@@ -29,12 +29,12 @@ std::string below_solver_input(const std::string& name)
 std::string absolute_text(const std::string& path)
 {
     const auto here = Tavro::Platform::working_directory();
-    return path.starts_with('/') || !here ? path : *here + "/" + path;
+    return Tavro::IsRooted(path) || !here ? path : *here + "/" + path;
 }
 
 Tavro::FilePath run_path(const std::string& text)
 {
-    return Tavro::AsWritten(std::filesystem::path(text).lexically_normal().string());
+    return Tavro::AsWritten(std::filesystem::path(text).lexically_normal().generic_string());
 }
 
 std::string grid_file() { return below_grid_output("/VRK.grid.dat"); }

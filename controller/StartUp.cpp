@@ -20,6 +20,8 @@
 #include "tavrobase/platform/Errors.h"
 #include "tavrobase/platform/Processes.h"
 
+#include <filesystem>
+
 namespace {
 
 using Tavro::LinkManager;
@@ -35,7 +37,8 @@ std::string directory_of(const Tavro::FilePath& caseFile)
 {
     const std::string text = caseFile.Get();
     const auto slash = text.find_last_of('/', text.ends_with('/') ? text.size() - 2 : text.npos);
-    return slash == 0 || slash == std::string::npos ? "" : text.substr(0, slash + 1);
+    const auto top = std::filesystem::path(text).root_path().generic_string().size();
+    return slash == std::string::npos || slash < top ? "" : text.substr(0, slash + 1);
 }
 
 void set_run_directories(const std::string& root)
@@ -66,7 +69,7 @@ bool refuse_case()
 Tavro::FilePath completion_file(const Tavro::FilePath& given)
 {
     const std::string text = given.Get();
-    return text.empty() || text.starts_with('/') ? given : run_path(below_root("/" + text));
+    return text.empty() || Tavro::IsRooted(text) ? given : run_path(below_root("/" + text));
 }
 
 } // namespace

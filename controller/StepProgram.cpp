@@ -82,7 +82,7 @@ void remember_program_directory(const std::string& controller)
     const std::string directory = program.substr(0, program.rfind('/') + 1);
     std::error_code error; // a directory that cannot be resolved is taken as it was given
     const auto resolved = std::filesystem::canonical(directory, error);
-    program_directory() = Tavro::AsWritten(error ? directory : (resolved / "").string());
+    program_directory() = Tavro::AsWritten(error ? directory : (resolved / "").generic_string());
 }
 
 bool run_beside_controller(

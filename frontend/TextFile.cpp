@@ -2,6 +2,7 @@
 #include "frontend/TextFile.h"
 
 #include "tavrobase/AtomicFile.h"
+#include "tavrobase/PathIdentity.h"
 
 #include <filesystem>
 #include <fstream>
@@ -70,13 +71,14 @@ bool write_bytes(const std::string& path, std::string_view bytes, Diagnostics& d
 
 std::string directory_of(const std::string& path)
 {
-    const auto slash = path.rfind('/');
-    return slash == std::string::npos ? "" : path.substr(0, slash + 1);
+    const std::string text = fs::path(path).generic_string();
+    const auto slash = text.rfind('/');
+    return slash == std::string::npos ? "" : text.substr(0, slash + 1);
 }
 
 std::string path_from(const std::string& directory, const std::string& path)
 {
-    return path.starts_with('/') ? path : directory + path;
+    return Tavro::IsRooted(path) ? path : directory + path;
 }
 
 } // namespace Frontend

@@ -92,8 +92,14 @@ void print_path(const char* title, const std::string& path, bool access)
 
 void LinkManager::PrintAccessInfo(bool semAccess, bool shmAccess)
 {
-    print_path("semPath: ", Platform::NamedLock::path(m_name), semAccess);
-    print_path("shmPath: ", Platform::SharedMemory::path(m_name), shmAccess);
+    const auto semaphore = Platform::NamedLock::path(m_name);
+    const auto memory = Platform::SharedMemory::path(m_name);
+    if (!semaphore || !memory) { // objects that are no files
+        std::cerr << "No access output for semPath and shmPath on Windows" << std::endl;
+        return;
+    }
+    print_path("semPath: ", *semaphore, semAccess);
+    print_path("shmPath: ", *memory, shmAccess);
 }
 
 } // namespace Tavro

@@ -99,7 +99,8 @@ public:
     /// the same orders; of a free one, nothing of use.
     static Result GetHeartbeatAges(std::vector<double>& managers, std::vector<double>& links);
     /// Prints to standard error where the lock and the block lie, one line each. A flag adds to its
-    /// line whether this process may read and write the object.
+    /// line whether this process may read and write the object. Where they are no files, one line
+    /// says that there is nothing to tell.
     static void PrintAccessInfo(bool semAccess, bool shmAccess);
 
     [[nodiscard]] static std::uint32_t GetMaxNumLinkManagers() { return m_nManagerSlots; }

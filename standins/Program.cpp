@@ -6,6 +6,7 @@
 #include "standins/cards/Numbers.h"
 #include "tavrobase/Exception.h"
 #include "tavrobase/FilePath.h"
+#include "tavrobase/PathIdentity.h"
 
 #include <cstdlib>
 #include <exception>
@@ -71,7 +72,7 @@ void open_log(StepLog& log, const std::string& name, const std::vector<std::stri
     const auto output = find_value(words, "--Process_Output=");
     if (!model || !output)
         return;
-    const std::string directory = output->starts_with('/') ? *output : *model + *output;
+    const std::string directory = Tavro::IsRooted(*output) ? *output : *model + *output;
     const std::string base = directory + plain_name(name);
     log.open(base + ".out", base + ".err", false, false);
 }

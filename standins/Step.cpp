@@ -2,6 +2,7 @@
 #include "standins/Step.h"
 
 #include "standins/Ending.h"
+#include "tavrobase/PathIdentity.h"
 #include "tavrobase/SystemUtilities.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ constexpr int kParts = 10;
 
 std::string resolved(const std::string& base, const std::string& path)
 {
-    return path.starts_with('/') ? path : base + path;
+    return Tavro::IsRooted(path) ? path : base + path;
 }
 
 } // namespace

@@ -38,6 +38,11 @@ FilePath AsWritten(const std::string& text)
     return path;
 }
 
+bool IsRooted(const std::string& text)
+{
+    return boost::filesystem::path(text).has_root_directory();
+}
+
 bool IsOccupied(const FilePath& path)
 {
     return path.Exists() || Platform::is_symbolic_link(path.Get());

@@ -9,6 +9,9 @@ namespace Tavro {
 /// nothing.
 [[nodiscard]] FilePath AsWritten(const std::string& text);
 
+/// Whether a text is a path from the top of a file system on, in the writing of the system.
+[[nodiscard]] bool IsRooted(const std::string& text);
+
 /// Whether there is an entry of that name, be it a link that leads nowhere.
 [[nodiscard]] bool IsOccupied(const FilePath& path);
 

@@ -20,6 +20,7 @@ using Platform::open_missing_standard_streams;
 using Platform::output_is_abandoned;
 using Platform::output_is_terminal;
 using Platform::process_mark;
+using Platform::program_file;
 using Platform::programs_of_group;
 using Platform::RunningProgram;
 using Platform::start_apart;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/run/EarlierRun.h"
 
+#include "tavrobase/Surveillance.h"
+
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -107,7 +109,8 @@ std::vector<std::string> missing_programs(
         needed.push_back("Vortik_Solver" + variant);
     std::vector<std::string> missing;
     for (const std::string& name : needed) {
-        if (!is_program(directory + name))
+        std::error_code error;
+        if (!fs::exists(Tavro::program_file(directory + name), error))
             missing.push_back(name);
     }
     return missing;

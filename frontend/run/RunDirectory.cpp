@@ -59,8 +59,8 @@ std::optional<std::string> run_root(const std::string& path)
         = fs::is_directory(path, error) ? fs::path(path) : fs::absolute(path, error).parent_path();
     if (!fs::exists(path, error))
         return std::nullopt;
-    const std::string root = fs::canonical(directory, error).string();
-    return error || root == "/" ? std::nullopt : std::optional(root);
+    const fs::path root = fs::canonical(directory, error);
+    return error || root == root.root_path() ? std::nullopt : std::optional(root.generic_string());
 }
 
 Tavro::FilePath link_key(const std::string& root) { return Tavro::AsWritten(root + "/"); }

@@ -27,7 +27,7 @@ std::string completion_file(const std::string& root, const std::string& given)
 {
     if (given.empty())
         return usual_completion_file(root);
-    return given.starts_with('/') ? given : root + "/" + given;
+    return Tavro::IsRooted(given) ? given : root + "/" + given;
 }
 
 std::string use_restart(VRK::ControllerInput& input, const std::string& root)
@@ -52,7 +52,7 @@ std::string program_directory()
 {
     const std::string program
         = Tavro::executable_path().value_or(Tavro::GetExecutablePath("vortik").Get());
-    return (std::filesystem::absolute(program).parent_path() / "").string();
+    return (std::filesystem::absolute(program).parent_path() / "").generic_string();
 }
 
 std::optional<PreparedRun> prepare_run(
@@ -143,7 +143,16 @@ RunRecord first_record(const PreparedRun& run, unsigned link, long long since)
     return record;
 }
 
-} // namespace
+std::string lack_of_programs(const PreparedRun& run)
+{
+    const std::string directory = program_directory();
+    std::vector<std::string> missing = missing_programs(directory, run.input);
+    if (!occupied(Tavro::program_file(directory + kController)))
+        missing.insert(missing.begin(), kController);
+    if (missing.empty())
+        return "";
+    return "missing beside vortik, in " + directory + ": " + Tavro::MergeString(missing, ", ");
+}
 
 std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
 {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace Tavro::Platform {
@@ -41,18 +42,18 @@ public:
     /// Waits without limit. Not recursive.
     /// Errors: nothing is held afterwards.
     [[nodiscard]] ErrorNumber acquire();
-    /// Errors: EOVERFLOW if the semaphore had been given back by somebody else, who had no right
+    /// Errors: an overflow if the semaphore had been given back by somebody else, who had no right
     /// to; the lock is not held afterwards in any case.
     [[nodiscard]] ErrorNumber release();
 
     static constexpr std::size_t kMemoBytes = 8192;
     /// `kMemoBytes` bytes that belong to the lock, zero at its creation, aligned to a cache line.
-    /// They outlive every holder, so that the next one can put right what a dead one left half
-    /// done. Only the holder may touch them.
+    /// They outlive every holder while anybody has the lock open, so that the next one can put
+    /// right what a dead one left half done. Only the holder may touch them.
     [[nodiscard]] void* memo() const;
 
-    /// Where the system shows the semaphore of that name.
-    [[nodiscard]] static std::string path(const std::string& name);
+    /// Where the system shows the semaphore of that name; nothing if it shows none.
+    [[nodiscard]] static std::optional<std::string> path(const std::string& name);
 
 private:
     struct Objects;

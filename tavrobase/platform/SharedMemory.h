@@ -6,12 +6,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace Tavro::Platform {
 
-/// A named block of memory shared by all processes of one user. The name stays until somebody
-/// removes it; the memory until its last user is gone as well.
+/// A named block of memory shared by all processes of one user. The memory stays until its last
+/// user is gone. So does the name where the system takes it away by itself; elsewhere it stays
+/// until somebody removes it.
 /// Threads: one at a time.
 class SharedMemory {
 public:
@@ -25,8 +27,8 @@ public:
     /// Opens the block `name` (without "/"), or creates it: zero-filled, for its user alone
     /// whatever the file mode mask, all of its memory set aside. `existed` tells whether it had
     /// been there before; one that its creator died over before it had a size counts as new.
-    /// Errors: a block that is too short or belongs to another user is left alone. A longer one is
-    /// used from its beginning.
+    /// Errors: a block that is too short (which some systems tell by `map` alone) or belongs to
+    /// another user is left alone. A longer one is used from its beginning.
     /// Threads: a file mode mask that takes the owner's own rights is exchanged for a moment when
     /// it creates; any other is left alone. Processes that open the same name must do so under a
     /// lock of theirs.
@@ -41,18 +43,20 @@ public:
 
     /// Whether no other open block of that name leads to the same memory, in this process or in
     /// another, however long that one has been asleep. Programs that do not use this class are not
-    /// seen, unless they hold a shared advisory lock on the whole of the object.
+    /// seen, unless they hold a shared advisory lock on the whole of the object. Never where the
+    /// system takes the name away by itself: there it counts the users and does not tell.
     [[nodiscard]] bool sole_user() const;
 
     /// Takes the name away, if it still leads to the open block: whoever comes later gets a new
-    /// one.
+    /// one. Does nothing where the system does that by itself.
     [[nodiscard]] ErrorNumber remove();
 
-    /// Tells this block from others that had or will have the same name; 0 if none is open.
+    /// Tells this block, once mapped, from others that had or will have the same name; 0 if none is
+    /// open.
     [[nodiscard]] std::uint64_t identity() const { return m_identity; }
 
-    /// Where the system shows the block of that name.
-    [[nodiscard]] static std::string path(const std::string& name);
+    /// Where the system shows the block of that name; nothing if it shows none.
+    [[nodiscard]] static std::optional<std::string> path(const std::string& name);
 
 private:
     struct Handle;

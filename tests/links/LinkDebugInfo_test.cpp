@@ -57,29 +57,6 @@ TEST_F(LinkDebugInfo, CountOfManagersNeedsNoLock)
     lock.give();
 }
 
-TEST_F(LinkDebugInfo, AccessInfoTellsBothPaths)
-{
-    Peer one;
-    const std::string semaphore = "semPath: /dev/shm/sem." + block_name();
-    const std::string memory = "shmPath: /dev/shm/" + block_name();
-    EXPECT_EQ(one("access 0 0"), "done");
-    EXPECT_EQ(one.err(), semaphore + "\n" + memory + "\n");
-    EXPECT_EQ(one.out(), "");
-}
-
-TEST_F(LinkDebugInfo, AccessInfoTellsOnRequestWhetherThereIsAccess)
-{
-    Peer one;
-    const std::string semaphore = "semPath: /dev/shm/sem." + block_name();
-    const std::string memory = "shmPath: /dev/shm/" + block_name();
-    EXPECT_EQ(one("access 1 0"), "done");
-    EXPECT_EQ(one.err(), semaphore + " (not accessible)\n" + memory + "\n");
-    Peer two;
-    EXPECT_EQ(two("startup"), "1");
-    EXPECT_EQ(two("access 1 1"), "done");
-    EXPECT_EQ(two.err(), semaphore + " (accessible)\n" + memory + " (accessible)\n");
-}
-
 } // namespace
 
 } // namespace Testing

@@ -4,15 +4,8 @@
 #include "tests/links/support/RawBlock.h"
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <iterator>
 #include <memory>
-#include <thread>
 #include <vector>
-
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace Testing {
 
@@ -30,13 +23,6 @@ Peers started_peers(int count)
         EXPECT_EQ((*peers.back())("startup"), "1");
     }
     return peers;
-}
-
-struct stat facts_of(const std::string& name)
-{
-    struct stat facts { };
-    EXPECT_EQ(::stat(("/dev/shm/" + name).c_str(), &facts), 0) << name;
-    return facts;
 }
 
 TEST_F(LinkStartup, SecondStartupReturnsAlreadyStarted)
@@ -59,7 +45,7 @@ TEST_F(LinkStartup, ShutdownWithoutStartupDoesNothing)
 {
     Peer peer;
     EXPECT_EQ(peer("shutdown"), "done");
-    EXPECT_EQ(private_object_names(), "");
+    EXPECT_FALSE(block_exists());
     EXPECT_EQ(peer("startup"), "1"); // it did not count as one
 }
 
@@ -70,42 +56,6 @@ TEST_F(LinkStartup, SecondShutdownDoesNothing)
     EXPECT_EQ(peer("shutdown"), "done");
     EXPECT_EQ(peer("shutdown"), "done");
     EXPECT_EQ(peer.err(), "");
-}
-
-TEST_F(LinkStartup, FirstManagerCreatesTheBlockAndTheLockForItsUserAlone)
-{
-    Peer peer;
-    EXPECT_EQ(peer("startup"), "1");
-    const auto block = facts_of(block_name());
-    EXPECT_EQ(block.st_size, 462000);
-    EXPECT_EQ(block.st_mode & 07777U, 0600U);
-    EXPECT_EQ(facts_of("sem." + block_name()).st_mode & 07777U, 0600U);
-    EXPECT_EQ(facts_of(block_name() + ".guard1").st_mode & 07777U, 0600U);
-    EXPECT_EQ(RawLock().value_at_rest(), 1);
-}
-
-TEST_F(LinkStartup, FileModeMaskNeitherWidensNorNarrowsTheMode)
-{
-    for (const mode_t mask : { 0000U, 0777U }) {
-        remove_private_objects();
-        const mode_t before = ::umask(mask);
-        Peer peer; // inherits the mask
-        ::umask(before);
-        EXPECT_EQ(peer("startup"), "1");
-        EXPECT_EQ(facts_of(block_name()).st_mode & 07777U, 0600U) << mask;
-        EXPECT_EQ(facts_of("sem." + block_name()).st_mode & 07777U, 0600U) << mask;
-        EXPECT_EQ(facts_of(block_name() + ".guard1").st_mode & 07777U, 0600U) << mask;
-    }
-}
-
-TEST_F(LinkStartup, BlockOpenToOthersIsClosedToThem)
-{
-    const mode_t before = ::umask(0);
-    make_block(462000, 0666);
-    ::umask(before);
-    Peer peer;
-    EXPECT_EQ(peer("startup"), "1");
-    EXPECT_EQ(facts_of(block_name()).st_mode & 07777U, 0600U);
 }
 
 TEST_F(LinkStartup, ManagersTakeTheLowestFreeSlots)
@@ -158,17 +108,6 @@ TEST_F(LinkStartup, ProcessRefusedForTooManyManagersEndsCleanlyWithItsIdleThread
     EXPECT_EQ(last.err(), "");
 }
 
-TEST_F(LinkStartup, LastManagerTakesTheBlockAwayAndLeavesTheLock)
-{
-    auto peers = started_peers(2);
-    EXPECT_EQ((*peers[0])("shutdown"), "done");
-    EXPECT_TRUE(block_exists());
-    EXPECT_EQ((*peers[1])("shutdown"), "done");
-    EXPECT_FALSE(block_exists());
-    EXPECT_EQ(private_object_names(), block_name() + ".guard1" + " " + "sem." + block_name());
-    EXPECT_EQ(RawLock().value_at_rest(), 1);
-}
-
 TEST_F(LinkStartup, LastLivingManagerTakesTheBlockAwayThoughTheDeadLeftSlots)
 {
     auto peers = started_peers(2);
@@ -176,24 +115,6 @@ TEST_F(LinkStartup, LastLivingManagerTakesTheBlockAwayThoughTheDeadLeftSlots)
     RawBlock().set_slot(0, seconds_now() - 31);
     EXPECT_EQ((*peers[1])("shutdown"), "done");
     EXPECT_FALSE(block_exists());
-}
-
-TEST_F(LinkStartup, ShutdownEndsTheCheckThread)
-{
-    Peer peer;
-    EXPECT_EQ(peer("startup"), "1");
-    const auto tasks = [&peer] {
-        const std::filesystem::directory_iterator found(
-            "/proc/" + std::to_string(peer.pid()) + "/task");
-        return std::distance(begin(found), end(found));
-    };
-    const auto before = tasks(); // a sanitizer may have one of its own
-    EXPECT_EQ(peer("shutdown"), "done");
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (tasks() != before - 1 && std::chrono::steady_clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    EXPECT_EQ(tasks(), before - 1);
-    EXPECT_EQ(peer.finish(), 0);
 }
 
 // Only its stamp is old: it will go on with the block, and so must those who come after.
@@ -276,11 +197,10 @@ TEST_F(LinkStartup, EveryOperationAfterShutdownReturnsNotStarted)
 
 TEST_F(LinkStartup, BlockOfTheDeadAloneIsRebuiltFromNothing)
 {
-    {
-        auto peers = started_peers(2);
-        EXPECT_EQ((*peers[1])("create 8 a old"), "1 0");
-    } // both are killed
+    auto peers = started_peers(2);
+    EXPECT_EQ((*peers[1])("create 8 a old"), "1 0");
     RawBlock block;
+    peers.clear(); // both are killed
     block.set_slot(0, seconds_now() - 31);
     std::fill(block.data() + 403, block.data() + 408, 'p');
     block.set_slot(1, seconds_now() + 100); // ahead of the clock counts as dead too
@@ -317,33 +237,12 @@ TEST_F(LinkStartup, BlockWithOneLivingManagerIsKeptAndTidiedAtOnce)
 
 TEST_F(LinkStartup, BlockOfForeignProgramWithoutManagersIsInitialised)
 {
-    make_block(462000);
+    const auto made = make_block(462000);
     RawBlock block;
     block.set_count(3, 7);
     Peer peer;
     EXPECT_EQ(peer("startup"), "1");
     EXPECT_EQ(block.count(3), 0U);
-}
-
-// Killed between the creation and the size: nobody else can have begun with it.
-TEST_F(LinkStartup, BlockWithoutASizeCountsAsNew)
-{
-    make_block(0);
-    Peer peer;
-    EXPECT_EQ(peer("startup"), "1");
-    EXPECT_EQ(facts_of(block_name()).st_size, 462000);
-}
-
-TEST_F(LinkStartup, GuardLeftByACreatorThatDiedEarlyIsStartedAnew)
-{
-    for (const long size : { 0L, 8320L }) { // without a size; with one, and without its mutex
-        remove_private_objects();
-        const std::string path = "/dev/shm/" + block_name() + ".guard1";
-        write_file(path, std::string(static_cast<std::size_t>(size), '\0'));
-        Peer peer;
-        EXPECT_EQ(peer("startup"), "1") << size;
-        EXPECT_EQ(peer("create 1 a -"), "1 0");
-    }
 }
 
 } // namespace

@@ -353,7 +353,7 @@ void* NamedLock::memo() const
     return m_objects ? reinterpret_cast<std::byte*>(m_objects->guard) + kMemoOffset : nullptr;
 }
 
-std::string NamedLock::path(const std::string& name)
+std::optional<std::string> NamedLock::path(const std::string& name)
 {
     return std::string(Posix::kObjectDirectory) + "/" + Posix::kSemaphorePrefix + name;
 }

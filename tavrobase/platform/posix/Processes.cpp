@@ -273,6 +273,8 @@ CapturedRun run_captured(const Command& command, std::string& out, std::string& 
     return pump(static_cast<pid_t>(child.pid), from_out, from_err);
 }
 
+std::string program_file(const std::string& program) { return program; }
+
 long long current_process_id() { return ::getpid(); }
 
 std::optional<std::string> executable_path()

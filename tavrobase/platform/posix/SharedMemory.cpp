@@ -99,7 +99,7 @@ ErrorNumber SharedMemory::remove()
     return Posix::error_of(::shm_unlink, ("/" + m_name).c_str());
 }
 
-std::string SharedMemory::path(const std::string& name)
+std::optional<std::string> SharedMemory::path(const std::string& name)
 {
     return Posix::kObjectDirectory + ("/" + name);
 }

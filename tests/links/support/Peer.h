@@ -34,9 +34,9 @@ public:
     int finish();
 
     [[nodiscard]] long long pid() const;
-    /// All that it wrote besides answers.
+    /// All that it wrote besides answers, with "\n" between lines.
     [[nodiscard]] std::string out() const;
-    [[nodiscard]] std::string err() const { return read_file(m_directory.path("err")); }
+    [[nodiscard]] std::string err() const;
 
 private:
     struct Process; // what a system calls a process and its pipes

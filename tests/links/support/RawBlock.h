@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 /// The shared objects as a foreign program sees them: through the system's calls and offsets
@@ -37,6 +38,7 @@ public:
 
 private:
     unsigned char* m_data;
+    void* m_object = nullptr; ///< what keeps the name, on systems where something does
 };
 
 /// The lock as a foreign program has it.
@@ -62,8 +64,9 @@ private:
 };
 
 [[nodiscard]] bool block_exists();
-/// Makes the block as a foreign program might, with `bytes` bytes of 0.
-void make_block(std::size_t bytes, unsigned mode = 0600);
+/// Makes the block as a foreign program might, with `bytes` bytes of 0. Where nothing outlives its
+/// users, that program goes with the result.
+std::shared_ptr<void> make_block(std::size_t bytes, unsigned mode = 0600);
 [[nodiscard]] std::int64_t seconds_now();
 
 } // namespace Testing

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// A process of the user that carries out requests, one a line, and answers each with one line in the
-// file that its argument names. Records are filled with one letter; in answers "a56" means 56 times "a", and "" no
-// bytes. A buffer that was not written holds "?". A key "#N" is N times "k", "-" the empty one.
+// A process of the user that carries out requests, one a line, and answers each with one line in
+// the file that its argument names. Records are filled with one letter; in answers "a56" means 56
+// times "a", and "" no bytes. A buffer that was not written holds "?". A key "#N" is N times "k",
+// "-" the empty one.
 
 #include "links/LinkManager.h"
 #include "tests/links/support/Inspector.h"
@@ -103,6 +104,18 @@ std::string cas(Request& request)
     return text(result) + " " + runs(old);
 }
 
+/// Writes a link's record without end, whole records of one letter.
+std::string storm(Request& request)
+{
+    const auto id = request.id();
+    const auto size = request.size();
+    for (char letter = 'a';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1)) {
+        const auto result = LinkManager::SetLinkData(id, size, std::string(size, letter).data());
+        if (result != LinkManager::Success)
+            return text(result);
+    }
+}
+
 std::string get(Request& request)
 {
     const auto id = request.id();
@@ -196,6 +209,7 @@ const std::map<std::string, std::function<std::string(Request&)>> kRequests {
     { "set", set },
     { "cas", cas },
     { "get", get },
+    { "storm", storm },
     { "take", take },
     { "release", release },
     { "check", check },

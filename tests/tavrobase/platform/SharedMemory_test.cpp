@@ -163,7 +163,7 @@ TEST_F(SharedMemoryBlock, PathIsWhereTheSystemShowsIt)
     SharedMemory block;
     bool existed = false;
     ASSERT_FALSE(block.open("block", 4, existed));
-    EXPECT_TRUE(file_exists(SharedMemory::path("block")));
+    EXPECT_TRUE(file_exists(SharedMemory::path("block").value_or("")));
 }
 
 } // namespace

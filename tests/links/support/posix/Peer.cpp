@@ -79,6 +79,8 @@ long long Peer::pid() const { return m_process->pid; }
 
 std::string Peer::out() const { return read_file(m_directory.path("out")); }
 
+std::string Peer::err() const { return read_file(m_directory.path("err")); }
+
 std::string Peer::operator()(const std::string& request)
 {
     ask(request);

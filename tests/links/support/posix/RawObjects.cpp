@@ -2,6 +2,7 @@
 #include "tests/links/support/RawBlock.h"
 
 #include <ctime>
+#include <memory>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -16,6 +17,7 @@ namespace Testing {
 namespace {
 
 constexpr std::size_t kBytes = 462000;
+
 std::string object_name() { return "/" + block_name(); }
 
 sem_t* as_semaphore(void* semaphore) { return static_cast<sem_t*>(semaphore); }
@@ -75,12 +77,13 @@ int RawLock::value() const
 
 bool block_exists() { return ::access(("/dev/shm" + object_name()).c_str(), F_OK) == 0; }
 
-void make_block(std::size_t bytes, unsigned mode)
+std::shared_ptr<void> make_block(std::size_t bytes, unsigned mode)
 {
     const int object = ::shm_open(object_name().c_str(), O_RDWR | O_CREAT | O_EXCL, mode);
     if (object < 0 || ::ftruncate(object, static_cast<off_t>(bytes)) != 0)
         throw std::runtime_error("cannot make a block");
     ::close(object);
+    return nullptr;
 }
 
 } // namespace Testing
