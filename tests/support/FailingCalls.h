@@ -9,4 +9,7 @@ namespace Testing {
 /// 32 bits) fail. False where the system does not permit that: say so and skip.
 [[nodiscard]] bool fail_system_call(long number, int error, int argument = -1, unsigned value = 0);
 
+/// From now on no thread can be made. Other processes can, and the leak checker's helper too.
+[[nodiscard]] bool fail_new_threads();
+
 } // namespace Testing

@@ -36,12 +36,6 @@ void make_directory(const std::string& path)
         throw std::runtime_error("cannot create " + path);
 }
 
-void make_link(const std::string& target, const std::string& link)
-{
-    if (!is_replaying())
-        std::filesystem::create_symlink(target, link);
-}
-
 bool file_exists(const std::string& path)
 {
     return std::filesystem::exists(std::filesystem::symlink_status(path));

@@ -3,6 +3,7 @@
 // CommandLineValues_test.cpp.
 #include "tavrobase/CommandLine.h"
 
+#include "tests/support/Environment.h"
 #include "tests/support/Files.h"
 #include "tests/support/Isolated.h"
 #include "tests/tavrobase/Arguments.h"
@@ -282,8 +283,8 @@ std::string program_path(const std::string& name, const std::string& directory,
 {
     return run_isolated([&] {
         std::filesystem::current_path(directory);
-        ::setenv("HOME", home.c_str(), 1);
-        ::setenv("PATH", search.c_str(), 1);
+        Testing::put_variable("HOME", home);
+        Testing::put_variable("PATH", search);
         const char* const argv[] = { name.c_str(), nullptr };
         CommandLine::SetParameters(1, argv);
         std::cout << "[" << CommandLine::GetProgramPath() << "]";
@@ -322,7 +323,7 @@ TEST(ProgramPath, ANameBeforeAColonThatIsNotThereIsSoughtInTheSearchPath)
     const Testing::TemporaryDirectory directory;
     Testing::make_directory(directory.path("bin"));
     Testing::write_file(directory.path("bin/x~"), "");
-    ASSERT_EQ(::chmod(directory.path("bin/x~").c_str(), 0755), 0);
+    std::filesystem::permissions(directory.path("bin/x~"), std::filesystem::perms { 0755 });
     EXPECT_EQ(program_path("x~", directory.path(), "~:", "/nowhere:" + directory.path("bin")),
         "[" + directory.path("bin/x~:") + "]");
 }

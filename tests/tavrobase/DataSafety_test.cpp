@@ -9,9 +9,6 @@
 #include <filesystem>
 #include <iostream>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace {
 
 using Names = std::vector<std::string>;
@@ -132,48 +129,16 @@ TEST_F(DataSafety, ADirectoryWithALinkToItselfMoves)
     EXPECT_EQ(names_in(at("t")), (Names { "loop", "z" }));
 }
 
-TEST_F(DataSafety, ADirectoryThatCannotBeReadLeavesTheTargetAsItWas)
-{
-    make_directory(at("s"));
-    make_directory(at("t"));
-    write_file(at("t/old"), "old");
-    for (const char* name : { "", "s", "t", "t/old" })
-        ASSERT_EQ(::chown(at(name).c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
-    ASSERT_EQ(::chmod(at("s").c_str(), 0300), 0);
-    const auto outcome = Testing::run_isolated([this] {
-        Testing::become_ordinary_user();
-        std::cout << Tavro::moveFile(at("s"), at("t"));
-    });
-    EXPECT_EQ(outcome.out, "0");
-    EXPECT_EQ(read_file(at("t/old")), "old");
-}
-
 TEST_F(DataSafety, ADirectoryMovedIntoItselfByARelativeNewNameIsLeftAlone)
 {
     write_file(at("a"), "a");
     const auto outcome = Testing::run_isolated([this] {
-        if (::chdir(at(".").c_str()) != 0)
-            return;
+        std::filesystem::current_path(at("."));
         std::cout << Tavro::moveFile(FilePath("./"), FilePath("new")) << ' '
                   << Tavro::moveFile(FilePath("../"), FilePath("new/deep"));
     });
     EXPECT_EQ(outcome.out, "0 0");
     EXPECT_EQ(names_in(at(".")), Names { "a" });
-}
-
-TEST_F(DataSafety, ATextThatCannotBeReadIsNotEmptiedByACopyOntoItself)
-{
-    write_file(at("f"), "data");
-    ASSERT_EQ(::chown(at("").c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
-    ASSERT_EQ(::chown(at("f").c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
-    ASSERT_EQ(::chmod(at("f").c_str(), 0222), 0);
-    const auto outcome = Testing::run_isolated([this] {
-        Testing::become_ordinary_user();
-        std::cout << Tavro::copyTxtFileStripDOS(at("f"), at("f"));
-    });
-    EXPECT_EQ(outcome.out, "0");
-    ASSERT_EQ(::chmod(at("f").c_str(), 0644), 0);
-    EXPECT_EQ(read_file(at("f")), "data");
 }
 
 TEST_F(DataSafety, AHiddenNameIsTakenForAUniqueName)

@@ -11,8 +11,6 @@
 #include <algorithm>
 #include <iostream>
 
-#include <dirent.h>
-
 using Tavro::FilePath;
 using Tavro::GetDirectoryContents;
 using Tavro::GetUniqueName;
@@ -161,24 +159,6 @@ TEST_F(FileListing, ADirectoryThatCannotBeReadIsEmptyWithoutAReport)
     set_mode(m_root.path("closed"), 0755);
     EXPECT_EQ(outcome.out, "0");
     EXPECT_EQ(outcome.err, "");
-}
-
-TEST_F(FileListing, TheOrderIsTheSystemsOwn)
-{
-    for (int i = 0; i < 300; ++i)
-        make({ "file" + std::to_string(i * 7919 % 1000) });
-    make({ "dir/", ".hidden" });
-    Names expected;
-    DIR* const directory = ::opendir(m_root.path().c_str());
-    ASSERT_NE(directory, nullptr);
-    while (const dirent* entry = ::readdir(directory)) {
-        const std::string name = entry->d_name;
-        if (!name.starts_with('.'))
-            expected.push_back(name == "dir" ? "dir/" : name);
-    }
-    ::closedir(directory);
-    ASSERT_EQ(expected.size(), 301U);
-    EXPECT_EQ(GetDirectoryContents(here(), "*"), expected);
 }
 
 TEST_F(FileListing, ADanglingLinkIsListedAsAName)

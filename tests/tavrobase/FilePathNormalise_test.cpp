@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tavrobase/FilePath.h"
 
+#include "tests/support/Environment.h"
 #include "tests/support/Files.h"
 #include "tests/support/Isolated.h"
 #include "tests/support/Scopes.h"
@@ -305,7 +306,7 @@ TEST_F(FilePathNormalise, LengthHasNoLimit)
 TEST_F(FilePathNormalise, ABrokenLocaleChangesNothing)
 {
     const Outcome outcome = run_isolated([] {
-        ::setenv("LC_ALL", "xx_NOWHERE.NOTHING", 1);
+        put_variable("LC_ALL", "xx_NOWHERE.NOTHING");
         FilePath path("\xc3\xa4\\\xff");
         path.Append("\xe9");
         std::cout << path.Get() << '|' << path.GetName() << '|' << path.GetPath();

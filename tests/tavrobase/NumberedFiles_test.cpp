@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
@@ -163,31 +161,6 @@ TEST_F(NumberedFiles, ADirectoryThatMayNotBeReadHasNone)
     set_mode("closed", 0755);
     EXPECT_EQ(outcome.out, "00");
     EXPECT_EQ(outcome.err, "");
-}
-
-TEST_F(NumberedFiles, ASystemThatCannotListEndsTheProcess)
-{
-    const Outcome outcome = Testing::run_isolated([] {
-        Names found;
-        (void)FindNumberedFiles("out_00001.dat", found); // compiles the expression
-        rlimit descriptors {};
-        ::getrlimit(RLIMIT_NOFILE, &descriptors);
-        descriptors.rlim_cur = 3; // the standard streams alone
-        ::setrlimit(RLIMIT_NOFILE, &descriptors);
-        std::atexit([] { // a leak checker wants to open files at the end
-            rlimit all {};
-            ::getrlimit(RLIMIT_NOFILE, &all);
-            all.rlim_cur = all.rlim_max;
-            ::setrlimit(RLIMIT_NOFILE, &all);
-        });
-        (void)FindNumberedFiles("out_00001.dat", found); // does not come back
-        std::cout << "came back";
-    });
-    EXPECT_EQ(outcome.out, "");
-    EXPECT_TRUE(outcome.exited);
-    EXPECT_EQ(outcome.status, 255); // -1
-    EXPECT_EQ(without_line_numbers(outcome.err),
-        "tavrobase/NumberedFiles.cpp/N: glob error: Too many open files\n");
 }
 
 TEST_F(NumberedFiles, NeitherFunctionIsTraced)

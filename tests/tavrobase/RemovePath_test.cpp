@@ -10,8 +10,6 @@
 #include <filesystem>
 #include <iostream>
 
-#include <sys/stat.h>
-
 using Tavro::FilePath;
 using Tavro::RemovePath;
 using namespace Testing;
@@ -137,14 +135,6 @@ TEST_F(RemovePathFiles, LinksWithinATreeGoWithoutWhatTheyLeadTo)
     EXPECT_TRUE(RemovePath(at("tree")));
     EXPECT_EQ(names_in(m_root.path()), Names { "outside" });
     EXPECT_EQ(read_file(m_root.path("outside/file")), "kept");
-}
-
-TEST_F(RemovePathFiles, OtherKindsOfFilesGo)
-{
-    make_directory(m_root.path("dir"));
-    ASSERT_EQ(::mkfifo(m_root.path("dir/fifo").c_str(), 0600), 0);
-    EXPECT_TRUE(RemovePath(at("dir")));
-    EXPECT_FALSE(file_exists(m_root.path("dir")));
 }
 
 TEST_F(RemovePathFiles, ATreeOfAwkwardNamesGoes)

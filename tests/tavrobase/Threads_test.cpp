@@ -15,9 +15,6 @@
 #include <thread>
 #include <vector>
 
-#include <sched.h>
-#include <sys/syscall.h>
-
 namespace {
 
 using Tavro::Platform::Mutex;
@@ -199,23 +196,10 @@ TEST(PlatformThread, ASecondStartLeavesTheFirstThreadToItself)
     EXPECT_TRUE(wait_until([] { return gate.passed.load(); }));
 }
 
-namespace {
-
-/// From now on no thread can be made. Other processes can, and the leak checker's helper too.
-bool fail_new_threads()
-{
-    constexpr unsigned kFlagsOfAThread = CLONE_VM | CLONE_FS | CLONE_FILES | CLONE_SIGHAND
-        | CLONE_THREAD | CLONE_SYSVSEM | CLONE_SETTLS | CLONE_PARENT_SETTID | CLONE_CHILD_CLEARTID;
-    return Testing::fail_system_call(SYS_clone3, EAGAIN)
-        && Testing::fail_system_call(SYS_clone, EAGAIN, 0, kFlagsOfAThread);
-}
-
-} // namespace
-
 TEST(PlatformThread, AFailingStartTellsTheErrorAndLeavesNothingRunning)
 {
     const auto outcome = run_isolated([] {
-        if (!fail_new_threads()) {
+        if (!Testing::fail_new_threads()) {
             std::cout << "skip";
             return;
         }
@@ -236,7 +220,7 @@ TEST(PlatformThread, AFailingStartKeepsTheThreadThatRuns)
         Gate gate;
         std::atomic<bool> flag { false };
         Thread thread;
-        if (thread.start(pass, &gate) != 0 || !fail_new_threads()) {
+        if (thread.start(pass, &gate) != 0 || !Testing::fail_new_threads()) {
             std::cout << "skip";
             gate.open = true;
             thread.join();

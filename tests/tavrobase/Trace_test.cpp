@@ -2,6 +2,7 @@
 #include "tavrobase/Trace.h"
 
 #include "tavrobase/FilePath.h"
+#include "tests/support/Environment.h"
 #include "tests/support/Files.h"
 #include "tests/support/Isolated.h"
 #include "tests/tavrobase/Arguments.h"
@@ -230,7 +231,7 @@ TEST(Trace, AnErrorInsideTheLibraryNamesItsSource)
     EXPECT_EQ(printed({ "-debug", "5" },
                   [&] {
                       (void)Tavro::SetWorkingDirectory(directory.path()); // shows in the outcome
-                      ::setenv("PATH", "x", 1);
+                      Testing::put_variable("PATH", "x");
                       swallow([] { (void)Tavro::GetExecutablePath(".."); });
                   }),
         "Entering GetExecutablePath\n"

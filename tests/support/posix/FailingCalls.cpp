@@ -2,11 +2,14 @@
 #include "tests/support/FailingCalls.h"
 
 #include <array>
+#include <cerrno>
 #include <cstddef>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <sched.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 
 namespace Testing {
 
@@ -44,6 +47,14 @@ bool fail_system_call(long number, int error, int argument, unsigned value)
     const sock_fprog filter { program.size(), program.data() };
     return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
         && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+bool fail_new_threads()
+{
+    constexpr unsigned kFlagsOfAThread = CLONE_VM | CLONE_FS | CLONE_FILES | CLONE_SIGHAND
+        | CLONE_THREAD | CLONE_SYSVSEM | CLONE_SETTLS | CLONE_PARENT_SETTID | CLONE_CHILD_CLEARTID;
+    return fail_system_call(SYS_clone3, EAGAIN)
+        && fail_system_call(SYS_clone, EAGAIN, 0, kFlagsOfAThread);
 }
 
 } // namespace Testing

@@ -6,4 +6,6 @@ namespace Testing {
 // A process has no say in what the kernel answers it.
 bool fail_system_call(long, int, int, unsigned) { return false; }
 
+bool fail_new_threads() { return false; }
+
 } // namespace Testing

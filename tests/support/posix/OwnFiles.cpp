@@ -20,4 +20,9 @@ TemporaryDirectory::~TemporaryDirectory()
     std::filesystem::remove_all(m_path, ignored);
 }
 
+void make_link(const std::string& target, const std::string& link)
+{
+    std::filesystem::create_symlink(target, link);
+}
+
 } // namespace Testing
