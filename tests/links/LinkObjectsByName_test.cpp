@@ -148,7 +148,7 @@ TEST_F(LinkObjectsByName, ProcessesKilledAtAnyMomentLeaveTheOthersAtWork)
     ASSERT_EQ(witness("startup"), "1");
     ASSERT_EQ(witness("create 4096 a shared"), "1 0");
     int answered = 0;
-    for (int turn = 0; turn < 30; ++turn) {
+    for (int turn = 0; turn < 12; ++turn) {
         Peer victim;
         ASSERT_EQ(victim("startup"), "1");
         ASSERT_EQ(victim("attach_id 0 4096").substr(0, 1), "1");
@@ -166,7 +166,7 @@ TEST_F(LinkObjectsByName, ProcessesKilledAtAnyMomentLeaveTheOthersAtWork)
         RawBlock().set_slot(1, 0);
         RawBlock().set_count(0, 1);
     }
-    EXPECT_EQ(answered, 30);
+    EXPECT_EQ(answered, 12);
     EXPECT_EQ(RawLock().value_at_rest(), 1);
 }
 
