@@ -2,14 +2,12 @@
 #include "tests/standins/Child.h"
 
 #include "tavrobase/ProcessExecution.h"
+#include "tavrobase/platform/ProcessWatch.h"
 #include "tests/support/Programs.h"
 #include "tests/support/Scopes.h"
 
-#include <csignal>
 #include <stdexcept>
 #include <utility>
-
-#include <sys/wait.h>
 
 namespace Testing {
 
@@ -47,7 +45,7 @@ Child::Child(const std::string& program, const std::string& directory, Words wor
 
 Child::~Child()
 {
-    if (!m_bEnded) {
+    if (!m_end) {
         kill();
         (void)end(); // a killed program tells nothing
     }
@@ -55,21 +53,22 @@ Child::~Child()
 
 void Child::stop() { demand(m_solver ? m_solver->SetStop(true) : m_general->SetStop(true)); }
 
-void Child::kill() const { ::kill(m_pid, SIGKILL); }
+void Child::kill() const { (void)Tavro::Platform::end_process(m_pid, true); } // gone since
 
 bool Child::runs()
 {
-    if (!m_bEnded)
-        m_bEnded = ::waitpid(m_pid, &m_nStatus, WNOHANG) == m_pid;
-    return !m_bEnded;
+    if (!m_end)
+        m_end = Tavro::Platform::child_end(m_pid);
+    return !m_end;
 }
 
 Ending Child::end()
 {
-    if (!m_bEnded)
-        m_bEnded = ::waitpid(m_pid, &m_nStatus, 0) == m_pid;
-    return { WIFEXITED(m_nStatus) ? WEXITSTATUS(m_nStatus) : -1,
-        WIFSIGNALED(m_nStatus) ? WTERMSIG(m_nStatus) : 0, success() };
+    using Kind = Tavro::Platform::ChildEnd::Kind;
+    if (!m_end)
+        m_end = Tavro::Platform::wait_for_child(m_pid);
+    return { m_end->kind == Kind::Exited ? m_end->value : -1,
+        m_end->kind == Kind::Signalled ? m_end->value : 0, success() };
 }
 
 double Child::progress() const

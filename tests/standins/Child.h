@@ -3,12 +3,12 @@
 
 #include "links/GeneralConLink.h"
 #include "links/SolverConLink.h"
+#include "tavrobase/platform/Processes.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
-
-#include <sys/types.h>
 
 namespace Testing {
 
@@ -19,7 +19,13 @@ struct Ending {
     int status = -1; ///< exit status; -1 if a signal ended it
     int signal = 0;
     bool success = false; ///< set on the link
+
+    [[nodiscard]] bool aborted() const;
+    [[nodiscard]] bool killed() const; ///< by `Child::kill`
 };
+
+/// What a program that `Child` starts finds as its own name.
+[[nodiscard]] std::string own_name(const std::string& program);
 
 /// One of the stand-ins under way, with a link of its own. Killed at the latest at the end of the
 /// object's life.
@@ -48,9 +54,8 @@ private:
     bool m_bGridGenerator;
     std::unique_ptr<Tavro::GeneralConLink> m_general;
     std::unique_ptr<Tavro::SolverConLink> m_solver;
-    pid_t m_pid = -1;
-    bool m_bEnded = false;
-    int m_nStatus = 0;
+    long long m_pid = -1;
+    std::optional<Tavro::Platform::ChildEnd> m_end;
 };
 
 } // namespace Testing

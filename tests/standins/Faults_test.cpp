@@ -7,7 +7,6 @@
 #include "tests/support/Waiting.h"
 
 #include <algorithm>
-#include <csignal>
 
 namespace Testing {
 
@@ -84,7 +83,7 @@ TEST_F(StandinFault, ExitEndsBadlyAfterTheSuccess)
 TEST_F(StandinFault, CrashIsADeathBySignal)
 {
     const Ending ending = run("Vortik_PreCalc:crash");
-    EXPECT_EQ(ending.signal, SIGABRT);
+    EXPECT_TRUE(ending.aborted());
     EXPECT_FALSE(ending.success);
 }
 
@@ -116,7 +115,7 @@ TEST_F(StandinFault, HangingProgramIsDeafToAStop)
     EXPECT_TRUE(child.runs());
     child.kill();
     const Ending ending = child.end();
-    EXPECT_EQ(ending.signal, SIGKILL);
+    EXPECT_TRUE(ending.killed());
     EXPECT_FALSE(ending.success);
 }
 
@@ -160,7 +159,7 @@ TEST_F(StandinFault, WishStrikesTheThreadedVariantToo)
 TEST_F(StandinFault, SolverIsStruckInTheMiddleOfItsSegment)
 {
     const EnvironmentScope scope("VORTIK_STANDIN_FAULT", "Vortik_Solver:crash");
-    EXPECT_EQ(model.solve().signal, SIGABRT);
+    EXPECT_TRUE(model.solve().aborted());
     // Step 11 of 20 is the first that begins with half of them done.
     const std::string residuals = model.text("Process_Output/MassRsdl.dat");
     EXPECT_EQ(std::count(residuals.begin(), residuals.end(), '\n'), 10);

@@ -54,9 +54,9 @@ TEST_F(StandinStart, ProgramTellsItsDirectoryAndItsWords)
     Child child("Vortik_PreCalc-omp", model.path("Grid_Output"), { "--x=1" });
     EXPECT_EQ(child.end().status, 1);
     const std::string line = model.text("starts");
-    EXPECT_EQ(line.find("{\"program\":\"Vortik_PreCalc-omp\",\"name\":\"Vortik_PreCalc-omp\","
-                        "\"directory\":\""
-                  + model.path("Grid_Output") + "\",\"arguments\":[\"-linkid="),
+    EXPECT_EQ(
+        line.find("{\"program\":\"Vortik_PreCalc-omp\",\"name\":\"" + own_name("Vortik_PreCalc-omp")
+            + "\",\"directory\":\"" + model.path("Grid_Output") + "\",\"arguments\":[\"-linkid="),
         0U)
         << line;
     EXPECT_TRUE(line.ends_with("\",\"--x=1\"]}\n")) << line;

@@ -28,7 +28,7 @@ public:
         namespace fs = std::filesystem;
         std::set<std::string> names;
         for (const auto& entry : fs::recursive_directory_iterator(path())) {
-            const std::string name = fs::relative(entry.path(), path()).string();
+            const std::string name = fs::relative(entry.path(), path()).generic_string();
             if (entry.is_directory() ? fs::is_empty(entry.path())
                                      : name != "done.txt" && name != "starts.jsonl")
                 names.insert(name + (entry.is_directory() ? "/" : ""));

@@ -5,15 +5,10 @@
 #include "tests/support/Programs.h"
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
-
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace Testing {
 
@@ -26,41 +21,6 @@ void demand(Tavro::LinkManager::Result result)
 {
     if (result != Tavro::LinkManager::Success)
         throw std::runtime_error(Tavro::LinkManager::GetResultString(result));
-}
-
-/// Nothing in it for the stand-ins but what is given.
-std::vector<std::string> environment_with(std::vector<std::string> variables)
-{
-    for (char** variable = environ; *variable != nullptr; ++variable)
-        if (!std::string(*variable).starts_with("VORTIK_STANDIN_"))
-            variables.emplace_back(*variable);
-    return variables;
-}
-
-std::vector<char*> pointers(std::vector<std::string>& texts)
-{
-    std::vector<char*> all;
-    for (std::string& text : texts)
-        all.push_back(text.data());
-    all.push_back(nullptr);
-    return all;
-}
-
-pid_t spawn(
-    const std::string& file, std::vector<std::string> words, std::vector<std::string> environment)
-{
-    pid_t pid = -1;
-    const int error = ::posix_spawn(
-        &pid, file.c_str(), nullptr, nullptr, pointers(words).data(), pointers(environment).data());
-    if (error != 0)
-        throw std::runtime_error(file + " cannot be started");
-    return pid;
-}
-
-std::string words_of(int status)
-{
-    return WIFEXITED(status) ? std::to_string(WEXITSTATUS(status))
-                             : "signal " + std::to_string(WTERMSIG(status));
 }
 
 } // namespace
@@ -87,8 +47,8 @@ FrontEnd::FrontEnd(ControllerProgram program, std::string directory, VRK::Contro
     if (!m_input.Write(Tavro::FilePath(path(kCaseFile))))
         throw std::runtime_error("the case cannot be saved");
     variables.push_back("VORTIK_STANDIN_RECORD=" + path(kRecord));
-    m_pid = spawn(program.file, { program.startedAs, "-input=" + path(kCaseFile) },
-        environment_with(std::move(variables)));
+    m_pid = start_program(
+        program.file, { program.startedAs, "-input=" + path(kCaseFile) }, std::move(variables));
 }
 
 FrontEnd::~FrontEnd()
@@ -99,13 +59,13 @@ FrontEnd::~FrontEnd()
 
 void FrontEnd::ask_to_stop() { demand(m_link->SetStop(true)); }
 
-void FrontEnd::kill_controller() const { ::kill(m_pid, SIGKILL); }
+void FrontEnd::kill_controller() const { kill_process(m_pid); }
 
 std::string FrontEnd::kill_child() const
 {
     for (const RunProcess& process : processes()) {
         if (process.parent == m_pid) {
-            ::kill(process.pid, SIGKILL);
+            kill_process(process.pid);
             return process.name;
         }
     }
@@ -117,7 +77,7 @@ void FrontEnd::kill_all() const
     if (m_ending.empty() && !end_of(m_pid))
         kill_controller(); // first, so that it starts nothing more
     for (const RunProcess& process : processes())
-        ::kill(process.pid, SIGKILL);
+        kill_process(process.pid);
 }
 
 bool FrontEnd::runs()
@@ -127,7 +87,7 @@ bool FrontEnd::runs()
     const auto end = end_of(m_pid); // before the link is looked at for the last time
     look_at_link();
     if (end)
-        m_ending = words_of(*end);
+        m_ending = words_of_end(*end);
     return !end;
 }
 

@@ -56,8 +56,14 @@ public:
     /// Empty if there is no such file.
     [[nodiscard]] std::string text(const std::string& name) const;
     [[nodiscard]] std::string completion() const { return text("done.txt"); }
-    [[nodiscard]] std::string out() const { return text("Process_Output/Vortik_Controller.out"); }
-    [[nodiscard]] std::string err() const { return text("Process_Output/Vortik_Controller.err"); }
+    [[nodiscard]] std::string out() const
+    {
+        return log_text(text("Process_Output/Vortik_Controller.out"));
+    }
+    [[nodiscard]] std::string err() const
+    {
+        return log_text(text("Process_Output/Vortik_Controller.err"));
+    }
     /// Names of the step programs in the order of their starts.
     [[nodiscard]] std::vector<std::string> starts() const;
     [[nodiscard]] std::vector<RunProcess> processes() const { return processes_of(m_directory); }

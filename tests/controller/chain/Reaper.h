@@ -10,11 +10,26 @@
 /// The processes of a run, as the system knows them.
 namespace Testing {
 
+/// Starts a program by the words of its command line, of which the first is the name it gets where
+/// a start gives one. Its environment is ours with `variables` ("NAME=value"), and with no other
+/// word for the stand-ins.
+[[nodiscard]] pid_t start_program(
+    const std::string& file, std::vector<std::string> words, std::vector<std::string> variables);
+
+/// Ends it without asking.
+void kill_process(pid_t pid);
+
+/// "0", "255" for -1, "signal 9": an end in words.
+[[nodiscard]] std::string words_of_end(int end);
+
+/// What a program has written to a log, with "\n" between the lines.
+[[nodiscard]] std::string log_text(std::string bytes);
+
 /// Step programs whose controller has died become children of this process from now on, so that
 /// their ends are seen here too.
 void adopt_orphans();
 
-/// How a child or an orphan ended, in the words of waitpid; nothing while it runs.
+/// How a child or an orphan ended, for `words_of_end`; nothing while it runs.
 [[nodiscard]] std::optional<int> end_of(pid_t pid);
 
 struct RunProcess {

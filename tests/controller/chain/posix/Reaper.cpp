@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/controller/chain/Reaper.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <stdexcept>
+#include <utility>
 
+#include <spawn.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace Testing {
 
@@ -31,7 +36,47 @@ pid_t parent_of(const std::string& stat)
         : std::atoi(stat.c_str() + bracket + 4);
 }
 
+/// Nothing in it for the stand-ins but what is given.
+std::vector<std::string> environment_with(std::vector<std::string> variables)
+{
+    for (char** variable = environ; *variable != nullptr; ++variable)
+        if (!std::string(*variable).starts_with("VORTIK_STANDIN_"))
+            variables.emplace_back(*variable);
+    return variables;
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> all;
+    for (std::string& text : texts)
+        all.push_back(text.data());
+    all.push_back(nullptr);
+    return all;
+}
+
 } // namespace
+
+pid_t start_program(
+    const std::string& file, std::vector<std::string> words, std::vector<std::string> variables)
+{
+    std::vector<std::string> environment = environment_with(std::move(variables));
+    pid_t pid = -1;
+    const int error = ::posix_spawn(
+        &pid, file.c_str(), nullptr, nullptr, pointers(words).data(), pointers(environment).data());
+    if (error != 0)
+        throw std::runtime_error(file + " cannot be started");
+    return pid;
+}
+
+void kill_process(pid_t pid) { ::kill(pid, SIGKILL); }
+
+std::string words_of_end(int end)
+{
+    return WIFEXITED(end) ? std::to_string(WEXITSTATUS(end))
+                          : "signal " + std::to_string(WTERMSIG(end));
+}
+
+std::string log_text(std::string bytes) { return bytes; }
 
 void adopt_orphans() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
 
