@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The one source that knows the mesh library.
 #include "frontend/BodyFile.h"
 
+#include "frontend/MeshFile.h"
 #include "frontend/TextFile.h"
-
-#include <assimp/Importer.hpp>
-#include <assimp/postprocess.h>
-#include <assimp/scene.h>
 
 #include <algorithm>
 #include <cmath>
@@ -41,23 +37,13 @@ Point turned(const Point& p, std::size_t axis, double degrees)
     return q;
 }
 
-void append(const aiMesh& mesh, Facets& facets, std::size_t& bad)
+bool is_finite(const Tavro::Facet<double, 3, 3>& facet)
 {
-    for (unsigned int i = 0; i < mesh.mNumFaces; ++i) {
-        const aiFace& face = mesh.mFaces[i];
-        if (face.mNumIndices != 3) // points and lines have no surface
-            continue;
-        Tavro::Facet<double, 3, 3> facet {};
-        bool finite = true;
-        for (std::size_t k = 0; k < 3; ++k) {
-            const aiVector3D& vertex = mesh.mVertices[face.mIndices[k]];
-            facet[k] = { vertex.x, vertex.y, vertex.z };
-            for (std::size_t axis = 0; axis < 3; ++axis)
-                finite = finite && std::isfinite(facet[k][axis]);
-        }
-        bad += finite ? 0U : 1U;
-        facets.push_back(facet);
-    }
+    for (std::size_t k = 0; k < 3; ++k)
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            if (!std::isfinite(facet[k][axis]))
+                return false;
+    return true;
 }
 
 } // namespace
@@ -91,18 +77,13 @@ void read_body_file(
         diagnostics.error(place, "there is no body file " + path, expected);
         return;
     }
-    Assimp::Importer importer;
-    const aiScene* scene = importer.ReadFile(path, aiProcess_Triangulate);
-    if (scene == nullptr) {
-        std::string reason = importer.GetErrorString();
-        std::replace(reason.begin(), reason.end(), '\n', ' ');
+    const std::size_t before = facets.size();
+    if (const std::string reason = read_mesh_file(path, facets); !reason.empty()) {
         diagnostics.error(place, "the body file " + path + " cannot be read: " + reason, expected);
         return;
     }
-    std::size_t bad = 0;
-    const std::size_t before = facets.size();
-    for (unsigned int i = 0; i < scene->mNumMeshes; ++i)
-        append(*scene->mMeshes[i], facets, bad);
+    const auto bad = std::count_if(facets.begin() + static_cast<std::ptrdiff_t>(before),
+        facets.end(), [](const auto& facet) { return !is_finite(facet); });
     if (facets.size() == before)
         diagnostics.error(place, "the body file " + path + " has no triangles", expected);
     else if (bad > 0)

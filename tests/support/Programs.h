@@ -12,4 +12,7 @@ namespace Testing {
 /// Without the system's ending of programs.
 [[nodiscard]] std::string program_beside_this(const std::string& name);
 
+/// Gives a program of the build another path as well, without the ending.
+void put_program(const std::string& program, const std::string& path);
+
 } // namespace Testing

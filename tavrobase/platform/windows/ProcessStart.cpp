@@ -4,7 +4,6 @@
 #include "tavrobase/platform/windows/Handle.h"
 #include "tavrobase/platform/windows/SystemNumber.h"
 
-#include <algorithm>
 #include <map>
 #include <mutex>
 
@@ -78,12 +77,6 @@ ChildEnd end_of(HANDLE process)
     if (::GetExitCodeProcess(process, &status) == 0)
         return {};
     return { ChildEnd::Kind::Exited, static_cast<int>(status) };
-}
-
-std::string with_slashes(std::string path)
-{
-    std::replace(path.begin(), path.end(), '\\', '/');
-    return path;
 }
 
 } // namespace Tavro::Platform::Windows

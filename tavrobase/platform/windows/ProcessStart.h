@@ -33,7 +33,4 @@ void forget_child(long long pid);
 /// How an ended process ended.
 [[nodiscard]] ChildEnd end_of(HANDLE process);
 
-/// A path as the package writes it.
-[[nodiscard]] std::string with_slashes(std::string path);
-
 } // namespace Tavro::Platform::Windows

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tavrobase/platform/Processes.h"
 
+#include "tavrobase/platform/windows/Entry.h"
 #include "tavrobase/platform/windows/Handle.h"
 #include "tavrobase/platform/windows/ProcessStart.h"
 #include "tavrobase/platform/windows/SystemNumber.h"

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -60,7 +61,7 @@ void report(unsigned int id, void (*success)(Link&))
 int main(int argc, char** argv)
 {
     (void)Tavro::LinkManager::Startup();
-    const std::string name = argv[0];
+    const std::string name = std::filesystem::path(argv[0]).stem().string();
     std::string line = seen_step() + " " + name;
     unsigned int id = 0;
     for (int i = 1; i < argc; ++i) {

@@ -5,9 +5,9 @@
 #include "links/GUIConLink.h"
 #include "tests/controller/unit/RunFixture.h"
 #include "tests/links/support/LinkTest.h"
+#include "tests/support/Environment.h"
 #include "tests/support/Programs.h"
 
-#include <filesystem>
 #include <string>
 
 namespace Testing {
@@ -24,7 +24,7 @@ protected:
             { "TreeGen", "Vortik_PreCalc", "Vortik_RotorProg", "Vortik_Solver", "Vortik_Adapter",
                 "Vortik_Extractor", "Vortik_PreCalc-omp", "Vortik_RotorProg-omp",
                 "Vortik_Solver-omp", "Vortik_Adapter-omp", "Vortik_Extractor-omp" })
-            make_link(program_beside_this("controller_unit_step"), m_programs.path("bin/" + name));
+            put_program(program_beside_this("controller_unit_step"), m_programs.path("bin/" + name));
         m_input.m_strCaseName = "case";
         m_input.m_strModelDir = "/m";
         make_tree(m_root.path(), { "Grid_Output/", "Solver_Input/", "Process_Output/" });
@@ -37,8 +37,8 @@ protected:
     {
         return run_isolated([&] {
             set_run_state(m_root.path());
-            ::setenv("NOTES", m_programs.path("notes").c_str(), 1);
-            ::setenv("FAIL", std::to_string(m_failingStart).c_str(), 1);
+            put_variable("NOTES", m_programs.path("notes"));
+            put_variable("FAIL", std::to_string(m_failingStart));
             StepProgram::remember_program_directory(m_programs.path("bin/Vortik_Controller"));
             if (g_info.m_mutex.initialize() != 0
                 || Tavro::LinkManager::Startup() != Tavro::LinkManager::Success)

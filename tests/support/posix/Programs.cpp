@@ -12,4 +12,9 @@ std::string program_beside_this(const std::string& name)
     return (std::filesystem::path(own_program()).parent_path() / name).string();
 }
 
+void put_program(const std::string& program, const std::string& path)
+{
+    std::filesystem::create_symlink(program, path);
+}
+
 } // namespace Testing

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/Programs.h"
 
+#include "tests/support/Replay.h"
+
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 #include <windows.h>
 
@@ -21,6 +24,12 @@ std::string program_beside_this(const std::string& name)
 {
     const std::string own = own_program();
     return own.substr(0, own.rfind('/') + 1) + name;
+}
+
+void put_program(const std::string& program, const std::string& path)
+{
+    if (!is_replaying())
+        std::filesystem::create_hard_link(program + ".exe", path + ".exe");
 }
 
 } // namespace Testing
