@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/standins/ModelRun.h"
 #include "tests/standins/StandinTest.h"
+#include "tests/support/Environment.h"
 #include "tests/support/Waiting.h"
 
 namespace Testing {
@@ -16,7 +17,7 @@ protected:
         if (IsSkipped())
             return;
         ASSERT_EQ(model.prepare(), "");
-        ::setenv("VORTIK_STANDIN_PACE", "100000000", 1); // put back by the fixture's own scope
+        put_variable("VORTIK_STANDIN_PACE", "100000000"); // put back by the fixture's own scope
     }
 
     void expect_stopped(Child& child, const std::string& log) const

@@ -5,8 +5,6 @@
 
 #include <filesystem>
 
-#include <sys/stat.h>
-
 using namespace Testing;
 
 namespace {
@@ -36,15 +34,6 @@ TEST_F(RunCleaning, EmptyModelDirectoryGainsThreeDirectories)
 {
     clean_run_files(m_input);
     EXPECT_EQ(tree_of(m_root.path()), "Grid_Output/ Process_Output/ Solver_Input/");
-}
-
-TEST_F(RunCleaning, NewDirectoriesAreOpenToReadersAndClosedToOtherWriters)
-{
-    const mode_t mask = ::umask(0);
-    clean_run_files(m_input);
-    ::umask(mask);
-    for (const char* name : { "Grid_Output", "Process_Output", "Solver_Input" })
-        EXPECT_EQ(std::filesystem::status(at(name)).permissions(), std::filesystem::perms { 0755 });
 }
 
 TEST_F(RunCleaning, GridOutputBecomesTheWorkingDirectory)

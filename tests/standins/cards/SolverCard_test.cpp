@@ -125,7 +125,11 @@ TEST(SolverCard, DirectoryCannotBeRead)
         (void)read_solver_card(directory.path());
         FAIL() << "accepted";
     } catch (const Standins::Malformed& fault) {
-        EXPECT_EQ(fault.what(), directory.path() + ": cannot be read");
+        // Some systems open a directory as a file, and some do not.
+        const std::string words = fault.what();
+        EXPECT_TRUE(words == directory.path() + ": cannot be read"
+            || words == directory.path() + ": cannot be opened")
+            << words;
     }
 }
 
