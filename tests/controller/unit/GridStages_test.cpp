@@ -194,7 +194,7 @@ TEST_F(GridStages, FirstOfSeveralModesWins)
 
 TEST_F(GridStages, MissingGeneratorFailsWithAText)
 {
-    std::filesystem::remove(m_programs.path("bin/TreeGen"));
+    std::filesystem::remove(Tavro::Platform::program_file(m_programs.path("bin/TreeGen")));
     const std::string log = log_of_a_new_run();
     EXPECT_NE(log.find("failed"), std::string::npos);
     EXPECT_FALSE(log.ends_with("failed")) << "the text stands behind it";

@@ -51,7 +51,8 @@ std::string tree_of(const std::string& root)
     std::vector<std::string> names;
     for (const auto& entry : fs::recursive_directory_iterator(root)) {
         const bool directory = entry.is_directory() && !entry.is_symlink();
-        names.push_back(entry.path().generic_string().substr(root.size() + 1) + (directory ? "/" : ""));
+        names.push_back(
+            entry.path().generic_string().substr(root.size() + 1) + (directory ? "/" : ""));
     }
     std::sort(names.begin(), names.end());
     std::string all;

@@ -183,7 +183,7 @@ TEST_F(StepArguments, ProgramThatReportsNothingHasFailedWithoutAText)
 
 TEST_F(StepArguments, MissingProgramFailsWithAText)
 {
-    std::filesystem::remove(m_programs.path("bin/Vortik_PreCalc"));
+    std::filesystem::remove(Tavro::Platform::program_file(m_programs.path("bin/Vortik_PreCalc")));
     const std::string out = run(run_pre_calc_step).out;
     EXPECT_NE(out.find("failed"), std::string::npos);
     EXPECT_FALSE(out.ends_with("failed")) << out;

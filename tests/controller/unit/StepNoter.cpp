@@ -74,7 +74,7 @@ int main(int argc, char** argv)
     const bool solver = name.starts_with("Vortik_Solver");
     if (solver)
         line += schedule_length();
-    std::ofstream(variable("NOTES"), std::ios::app) << line << std::endl;
+    std::ofstream(variable("NOTES"), std::ios::app | std::ios::binary) << line << std::endl;
 
     std::ifstream notes(variable("NOTES"));
     const auto starts = std::count(std::istreambuf_iterator<char>(notes), {}, '\n');

@@ -3,6 +3,7 @@
 
 #include "controller/StepProgram.h"
 #include "links/GUIConLink.h"
+#include "tavrobase/platform/Processes.h"
 #include "tests/controller/unit/RunFixture.h"
 #include "tests/links/support/LinkTest.h"
 #include "tests/support/Environment.h"
@@ -24,7 +25,8 @@ protected:
             { "TreeGen", "Vortik_PreCalc", "Vortik_RotorProg", "Vortik_Solver", "Vortik_Adapter",
                 "Vortik_Extractor", "Vortik_PreCalc-omp", "Vortik_RotorProg-omp",
                 "Vortik_Solver-omp", "Vortik_Adapter-omp", "Vortik_Extractor-omp" })
-            put_program(program_beside_this("controller_unit_step"), m_programs.path("bin/" + name));
+            put_program(
+                program_beside_this("controller_unit_step"), m_programs.path("bin/" + name));
         m_input.m_strCaseName = "case";
         m_input.m_strModelDir = "/m";
         make_tree(m_root.path(), { "Grid_Output/", "Solver_Input/", "Process_Output/" });

@@ -19,6 +19,12 @@ void become_ordinary_user()
         std::abort();
 }
 
+bool modes_close_files() { return true; }
+
+bool case_tells_names_apart() { return true; }
+
+bool directories_are_like_files() { return true; }
+
 bool mount_small_disk(const std::string& directory, unsigned long bytes)
 {
     if (::unshare(CLONE_NEWNS) != 0)
