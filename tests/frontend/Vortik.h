@@ -1,33 +1,30 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "tavrobase/platform/Processes.h"
 #include "tests/support/Files.h"
 #include "tests/support/Isolated.h"
 #include "tests/support/Programs.h"
+#include "tests/support/Scopes.h"
 
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 namespace Testing {
 
 /// Runs the program itself in a directory, as a shell would.
 inline Outcome run_vortik(const std::string& directory, const std::vector<std::string>& arguments)
 {
-    const std::string program = program_beside_this("vortik");
-    return run_isolated([&] {
-        std::vector<std::string> words { "vortik" };
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        std::vector<char*> pointers;
-        for (std::string& word : words)
-            pointers.push_back(word.data());
-        pointers.push_back(nullptr);
-        if (::chdir(directory.c_str()) == 0)
-            ::execv(program.c_str(), pointers.data());
-        ::_exit(99);
-    });
+    const WorkingDirectoryScope scope(directory);
+    Outcome outcome;
+    const auto run = Tavro::Platform::run_captured(
+        { program_beside_this("vortik"), "vortik", arguments }, outcome.out, outcome.err);
+    outcome.out = text_of_stream(outcome.out);
+    outcome.err = text_of_stream(outcome.err);
+    outcome.exited = run.end.kind == Tavro::Platform::ChildEnd::Kind::Exited;
+    (outcome.exited ? outcome.status : outcome.signal) = run.end.value;
+    return outcome;
 }
 
 /// A case with nothing in it that needs a file: 24 lines, no warning.

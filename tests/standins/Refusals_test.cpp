@@ -87,7 +87,7 @@ std::string complaint_of(const std::string& program, const Words& words)
     std::string err;
     EXPECT_TRUE(Tavro::run_process(Tavro::FilePath(program_beside_this("../demo/" + program)),
         words, program, error, out, err));
-    return err;
+    return text_of_stream(err);
 }
 
 TEST_F(StandinRefusal, ArgumentsAreRefusedByName)

@@ -15,4 +15,7 @@ namespace Testing {
 /// Gives a program of the build another path as well, without the ending.
 void put_program(const std::string& program, const std::string& path);
 
+/// What a program of ours has written to a text stream, with "\n" between the lines.
+[[nodiscard]] std::string text_of_stream(std::string bytes);
+
 } // namespace Testing

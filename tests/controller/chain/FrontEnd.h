@@ -4,6 +4,7 @@
 #include "case/ControllerInput.h"
 #include "links/GUIConLink.h"
 #include "tests/controller/chain/Reaper.h"
+#include "tests/support/Programs.h"
 
 #include <memory>
 #include <optional>
@@ -58,11 +59,11 @@ public:
     [[nodiscard]] std::string completion() const { return text("done.txt"); }
     [[nodiscard]] std::string out() const
     {
-        return log_text(text("Process_Output/Vortik_Controller.out"));
+        return text_of_stream(text("Process_Output/Vortik_Controller.out"));
     }
     [[nodiscard]] std::string err() const
     {
-        return log_text(text("Process_Output/Vortik_Controller.err"));
+        return text_of_stream(text("Process_Output/Vortik_Controller.err"));
     }
     /// Names of the step programs in the order of their starts.
     [[nodiscard]] std::vector<std::string> starts() const;

@@ -22,9 +22,6 @@ void kill_process(pid_t pid);
 /// "0", "255" for -1, "signal 9": an end in words.
 [[nodiscard]] std::string words_of_end(int end);
 
-/// What a program has written to a log, with "\n" between the lines.
-[[nodiscard]] std::string log_text(std::string bytes);
-
 /// Step programs whose controller has died become children of this process from now on, so that
 /// their ends are seen here too.
 void adopt_orphans();

@@ -17,4 +17,6 @@ void put_program(const std::string& program, const std::string& path)
     std::filesystem::create_symlink(program, path);
 }
 
+std::string text_of_stream(std::string bytes) { return bytes; }
+
 } // namespace Testing

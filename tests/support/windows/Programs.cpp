@@ -32,4 +32,10 @@ void put_program(const std::string& program, const std::string& path)
         std::filesystem::create_hard_link(program + ".exe", path + ".exe");
 }
 
+std::string text_of_stream(std::string bytes)
+{
+    std::erase(bytes, '\r'); // of the ends of lines
+    return bytes;
+}
+
 } // namespace Testing

@@ -76,8 +76,6 @@ std::string words_of_end(int end)
                           : "signal " + std::to_string(WTERMSIG(end));
 }
 
-std::string log_text(std::string bytes) { return bytes; }
-
 void adopt_orphans() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
 
 std::optional<int> end_of(pid_t pid)

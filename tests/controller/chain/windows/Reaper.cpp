@@ -56,12 +56,6 @@ void kill_process(pid_t pid) { (void)end_process(pid, true); } // gone since
 
 std::string words_of_end(int end) { return std::to_string(end & 0xFF); } // as other systems cut it
 
-std::string log_text(std::string bytes)
-{
-    std::erase(bytes, '\r'); // of the ends of lines
-    return bytes;
-}
-
 void adopt_orphans() { }
 
 std::optional<int> end_of(pid_t pid)

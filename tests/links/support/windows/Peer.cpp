@@ -24,13 +24,6 @@ HANDLE log_file(const std::string& path)
         &inherited, OPEN_ALWAYS, 0, nullptr);
 }
 
-std::string written_to(const std::string& log)
-{
-    std::string text = read_file(log);
-    std::erase(text, '\r'); // of the ends of lines
-    return text;
-}
-
 std::string pipe_name()
 {
     static int s_count = 0;
@@ -96,9 +89,9 @@ Peer::~Peer()
 
 long long Peer::pid() const { return m_process->facts.dwProcessId; }
 
-std::string Peer::out() const { return written_to(m_directory.path("out")); }
+std::string Peer::out() const { return text_of_stream(read_file(m_directory.path("out"))); }
 
-std::string Peer::err() const { return written_to(m_directory.path("err")); }
+std::string Peer::err() const { return text_of_stream(read_file(m_directory.path("err"))); }
 
 std::string Peer::operator()(const std::string& request)
 {
