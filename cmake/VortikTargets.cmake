@@ -26,13 +26,28 @@ function(vortik_library name)
   set_property(GLOBAL APPEND PROPERTY VORTIK_FOLDERS ${folder})
 endfunction()
 
-# vortik_test(NAME SOURCES source... USES library... [SLOW] [OPTIMISED])
+# vortik_posix_tests(FILE VARIABLE)
+# The filter that leaves out what a file lists, one "Suite.Name  why" a line: tests of what only POSIX
+# systems have, which another system's tests replace by their own. Empty on POSIX systems.
+function(vortik_posix_tests file variable)
+  set(filter "")
+  if(NOT VORTIK_PLATFORM STREQUAL posix)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+    file(STRINGS "${file}" lines REGEX "^[A-Za-z]")
+    list(TRANSFORM lines REPLACE " .*" "")
+    list(JOIN lines ":" names)
+    set(filter "--gtest_filter=-${names}")
+  endif()
+  set(${variable} "${filter}" PARENT_SCOPE)
+endfunction()
+
+# vortik_test(NAME SOURCES source... USES library... [SLOW] [OPTIMISED] [FILTER filter])
 # One test program; every test of it becomes a test of ctest, or, where starting a program takes
 # longer than most tests (VORTIK_TESTS_BY_PROGRAM), the program does. The sanitizers run all but SLOW ones.
 # What a test program does itself takes no time worth the compiler's, which is most of a build under
 # the sanitizers; those that calculate at length are OPTIMISED.
 function(vortik_test name)
-  cmake_parse_arguments(arg "SLOW;OPTIMISED" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(arg "SLOW;OPTIMISED" "FILTER" "SOURCES;USES" ${ARGN})
   if(arg_SLOW AND VORTIK_SANITIZE)
     add_executable(${name} EXCLUDE_FROM_ALL ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_USES} test_support GTest::gtest GTest::gtest_main)
@@ -53,9 +68,8 @@ function(vortik_test name)
     set(cost 100) # begun first: the last of them would keep one processor busy alone
   endif()
   if(VORTIK_TESTS_BY_PROGRAM)
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600
-      ENVIRONMENT "USER=vortik-test-${name}") # objects of the user are then the program's own
+    add_test(NAME ${name} COMMAND ${name} ${arg_FILTER})
+    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600)
     return()
   endif()
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60

@@ -28,8 +28,11 @@ private:
 void write_file(const std::string& path, const std::string& bytes);
 [[nodiscard]] std::string read_file(const std::string& path);
 void make_directory(const std::string& path);
+/// Where nobody can make one it ends the test as skipped.
 void make_link(const std::string& target, const std::string& link);
 
+/// Whether the system lets a file have that name.
+[[nodiscard]] bool can_be_a_name(const std::string& name);
 [[nodiscard]] bool file_exists(const std::string& path);
 /// Names in a directory, hidden ones too, sorted.
 [[nodiscard]] std::vector<std::string> names_in(const std::string& directory);

@@ -25,7 +25,7 @@ Outcome run_as_ordinary_user(const std::function<void()>& body);
 void set_mode(const std::string& path, unsigned mode);
 
 /// Names that a careless program trips over: blanks, quotes, a newline, bytes that are no UTF-8,
-/// wildcards, a "~", a backslash.
+/// wildcards, a "~", a backslash; those that the system allows.
 [[nodiscard]] const std::vector<std::string>& awkward_names();
 
 /// Bytes without a pattern that a wrong block order or length could hide in.

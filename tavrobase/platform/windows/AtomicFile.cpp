@@ -43,6 +43,10 @@ ErrorNumber fill(Handle& file, std::string_view bytes)
 ErrorNumber write_atomically(const std::string& path, std::string_view bytes)
 {
     const std::string target = Windows::without_last_slashes(path);
+    const DWORD attributes = ::GetFileAttributesA(target.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+        return EACCES; // some file systems let it be replaced all the same
+
     std::string neighbour;
     Handle file;
     do { // until a name is free that a killed process has not left behind
@@ -58,7 +62,7 @@ ErrorNumber write_atomically(const std::string& path, std::string_view bytes)
         && ::MoveFileExA(neighbour.c_str(), target.c_str(),
                MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)
             == 0)
-        error = Windows::last_error(); // also for a file that may not be written, or a directory
+        error = Windows::last_error(); // also if it is a directory
     if (error != 0) {
         (void)file.close();
         (void)::DeleteFileA(neighbour.c_str()); // the first error is the one to report

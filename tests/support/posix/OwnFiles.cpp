@@ -25,4 +25,6 @@ void make_link(const std::string& target, const std::string& link)
     std::filesystem::create_symlink(target, link);
 }
 
+bool can_be_a_name(const std::string& name) { return name.find('/') == std::string::npos; }
+
 } // namespace Testing

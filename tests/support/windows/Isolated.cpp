@@ -138,25 +138,34 @@ Outcome outcome_of(const std::string& replay, std::optional<DWORD> code)
 Outcome run_isolated(const std::function<void()>& body)
 {
     Replay& progress = progress_of_the_test();
+    const std::size_t depth = progress.levels.size() - 1;
     if (is_replaying()) {
-        const Replay& replay = *replay_under_way();
-        if (progress.call == replay.call)
-            run_here(body);
-        progress.outcomes.push_back(replay.outcomes.at(progress.call));
+        const auto& levels = replay_under_way()->levels;
+        const std::size_t call = progress.levels.back().call;
+        if (call == levels[depth].call) {
+            progress.levels.emplace_back(); // calls within the body are counted by themselves
+            if (depth + 1 == levels.size())
+                run_here(body);
+            body(); // the way goes on in it, and does not come back
+            throw std::runtime_error("the test did not come to the same call again");
+        }
+        progress.levels.back().outcomes.push_back(levels[depth].outcomes.at(call));
     } else {
+        static unsigned s_count = 0;
         // Not a directory of the test: the next process would take it for one.
         const std::string replay = (std::filesystem::temp_directory_path()
             / ("vortik-replay-" + std::to_string(::GetCurrentProcessId()) + "-"
-                + std::to_string(progress.call)))
+                + std::to_string(s_count++)))
                                        .generic_string();
         write_replay(replay, progress);
         const auto code = run_again(replay);
-        progress.outcomes.push_back(outcome_of(replay, code));
+        progress.levels.back().outcomes.push_back(outcome_of(replay, code));
+        std::error_code ignored; // a program that the body has left behind may still write there
         for (const char* ending : { "", ".out", ".err" })
-            std::filesystem::remove(replay + ending);
+            std::filesystem::remove(replay + ending, ignored);
     }
-    ++progress.call;
-    return progress.outcomes.back();
+    ++progress.levels.back().call;
+    return progress.levels.back().outcomes.back();
 }
 
 } // namespace Testing

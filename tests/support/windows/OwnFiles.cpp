@@ -53,4 +53,10 @@ void make_link(const std::string&, const std::string&)
     throw testing::AssertionException(skip);
 }
 
+bool can_be_a_name(const std::string& name)
+{
+    return name.find_first_of("<>:\"/\\|?*\n") == std::string::npos && !name.ends_with(' ')
+        && !name.ends_with('.');
+}
+
 } // namespace Testing

@@ -38,16 +38,20 @@ std::optional<Replay> read_replay()
     std::ifstream file(path, std::ios::binary);
     Replay replay;
     std::size_t directories = 0;
-    std::size_t outcomes = 0;
-    file >> replay.call >> directories >> outcomes;
+    std::size_t levels = 0;
+    file >> directories >> levels;
     for (std::size_t i = 0; i < directories; ++i)
         replay.directories.push_back(take(file));
-    for (std::size_t i = 0; i < outcomes; ++i) {
-        Outcome outcome;
-        outcome.out = take(file);
-        outcome.err = take(file);
-        file >> outcome.exited >> outcome.status >> outcome.signal;
-        replay.outcomes.push_back(std::move(outcome));
+    replay.levels.resize(levels);
+    for (Level& level : replay.levels) {
+        file >> level.call;
+        for (std::size_t i = 0; i < level.call; ++i) {
+            Outcome outcome;
+            outcome.out = take(file);
+            outcome.err = take(file);
+            file >> outcome.exited >> outcome.status >> outcome.signal;
+            level.outcomes.push_back(std::move(outcome));
+        }
     }
     return replay;
 }
@@ -57,14 +61,16 @@ std::optional<Replay> read_replay()
 void write_replay(const std::string& path, const Replay& replay)
 {
     std::ofstream file(path, std::ios::binary);
-    file << replay.call << ' ' << replay.directories.size() << ' ' << replay.outcomes.size()
-         << '\n';
+    file << replay.directories.size() << ' ' << replay.levels.size() << '\n';
     for (const std::string& directory : replay.directories)
         put(file, directory);
-    for (const Outcome& outcome : replay.outcomes) {
-        put(file, outcome.out);
-        put(file, outcome.err);
-        file << outcome.exited << ' ' << outcome.status << ' ' << outcome.signal << '\n';
+    for (const Level& level : replay.levels) {
+        file << level.call << '\n';
+        for (const Outcome& outcome : level.outcomes) {
+            put(file, outcome.out);
+            put(file, outcome.err);
+            file << outcome.exited << ' ' << outcome.status << ' ' << outcome.signal << '\n';
+        }
     }
 }
 

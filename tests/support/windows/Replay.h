@@ -6,15 +6,21 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// How a test comes again to the call of `run_isolated` whose body a process is to run.
 namespace Testing {
 
+/// What happened between the beginning of the test, or of the body of a call, and now.
+struct Level {
+    std::size_t call = 0; ///< number of the next call of `run_isolated`
+    std::vector<Outcome> outcomes; ///< those of the calls before
+};
+
 /// What the test needs to get there; handed on in a file.
 struct Replay {
-    std::size_t call = 0; ///< number in the test of the call to be run
+    std::vector<Level> levels { Level {} }; ///< one more for each body that is being run
     std::vector<std::string> directories; ///< those that the test has made
-    std::vector<Outcome> outcomes; ///< those of the calls before
 };
 
 void write_replay(const std::string& path, const Replay& replay);
