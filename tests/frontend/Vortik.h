@@ -13,13 +13,17 @@
 
 namespace Testing {
 
-/// Runs the program itself in a directory, as a shell would.
-inline Outcome run_vortik(const std::string& directory, const std::vector<std::string>& arguments)
+/// Runs the program itself in a directory, as a shell would. `name` is that of its file, as seen
+/// from the tests.
+inline Outcome run_vortik(const std::string& directory, const std::vector<std::string>& arguments,
+    const std::string& name = "vortik")
 {
     const WorkingDirectoryScope scope(directory);
     Outcome outcome;
     const auto run = Tavro::Platform::run_captured(
-        { program_beside_this("vortik"), "vortik", arguments }, outcome.out, outcome.err);
+        { program_beside_this(name), "vortik", arguments }, outcome.out, outcome.err);
+    if (run.failed != Tavro::Platform::CaptureStep::None)
+        throw std::runtime_error("vortik cannot be run: " + std::to_string(run.error));
     outcome.out = text_of_stream(outcome.out);
     outcome.err = text_of_stream(outcome.err);
     outcome.exited = run.end.kind == Tavro::Platform::ChildEnd::Kind::Exited;
