@@ -3,6 +3,7 @@
 
 #include "state/ControllerState.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/SystemPath.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -21,7 +22,7 @@ void write_completion_file(const Tavro::FilePath& file, VRK::ControllerStep step
     stream.close();
     std::error_code ignored; // a pipe, or no file: there is nothing to cut
     if (stream.good())
-        std::filesystem::resize_file(file.Get(), line.size(), ignored);
+        std::filesystem::resize_file(Tavro::SystemPath(file.Get()), line.size(), ignored);
 }
 
 void output_completion_file() { write_completion_file(g_info.m_fpCompletionFile, g_info.m_step); }

@@ -4,9 +4,8 @@
 #include "state/ControllerState.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/SystemPath.h"
 #include "tavrobase/platform/Files.h"
-
-#include <filesystem>
 
 namespace {
 
@@ -34,7 +33,7 @@ std::string absolute_text(const std::string& path)
 
 Tavro::FilePath run_path(const std::string& text)
 {
-    return Tavro::AsWritten(std::filesystem::path(text).lexically_normal().generic_string());
+    return Tavro::AsWritten(Tavro::PathText(Tavro::SystemPath(text).lexically_normal()));
 }
 
 std::string grid_file() { return below_grid_output("/VRK.grid.dat"); }

@@ -17,10 +17,9 @@
 #include "tavrobase/CommandLine.h"
 #include "tavrobase/FileUtilities.h"
 #include "tavrobase/PathIdentity.h"
+#include "tavrobase/SystemPath.h"
 #include "tavrobase/platform/Errors.h"
 #include "tavrobase/platform/Processes.h"
-
-#include <filesystem>
 
 namespace {
 
@@ -37,7 +36,7 @@ std::string directory_of(const Tavro::FilePath& caseFile)
 {
     const std::string text = caseFile.Get();
     const auto slash = text.find_last_of('/', text.ends_with('/') ? text.size() - 2 : text.npos);
-    const auto top = std::filesystem::path(text).root_path().generic_string().size();
+    const auto top = Tavro::PathText(Tavro::SystemPath(text).root_path()).size();
     return slash == std::string::npos || slash < top ? "" : text.substr(0, slash + 1);
 }
 

@@ -6,6 +6,7 @@
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/ProcessExecution.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/SystemPath.h"
 
 #include <filesystem>
 #include <system_error>
@@ -81,8 +82,8 @@ void remember_program_directory(const std::string& controller)
     const std::string program = absolute_text(controller);
     const std::string directory = program.substr(0, program.rfind('/') + 1);
     std::error_code error; // a directory that cannot be resolved is taken as it was given
-    const auto resolved = std::filesystem::canonical(directory, error);
-    program_directory() = Tavro::AsWritten(error ? directory : (resolved / "").generic_string());
+    const auto resolved = std::filesystem::canonical(Tavro::SystemPath(directory), error);
+    program_directory() = Tavro::AsWritten(error ? directory : Tavro::PathText(resolved / ""));
 }
 
 bool run_beside_controller(

@@ -3,6 +3,7 @@
 
 #include "standins/Refusal.h"
 #include "tavrobase/FilePath.h"
+#include "tavrobase/SystemPath.h"
 
 #include <filesystem>
 #include <fstream>
@@ -44,7 +45,7 @@ void replace_restart_file(const std::string& path, const RestartFile& restart)
     const std::string part = path + ".part";
     write_restart_file(part, restart);
     std::error_code error;
-    std::filesystem::rename(part, path, error);
+    std::filesystem::rename(Tavro::SystemPath(part), Tavro::SystemPath(path), error);
     if (error)
         throw Refusal(path + ": " + error.message());
 }
