@@ -69,7 +69,8 @@ function(vortik_test name)
   endif()
   if(VORTIK_TESTS_BY_PROGRAM)
     add_test(NAME ${name} COMMAND ${name} ${arg_FILTER})
-    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600)
+    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600
+      ENVIRONMENT "USER=vortik-test-${name}") # objects of the user are then the program's own
     return()
   endif()
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60

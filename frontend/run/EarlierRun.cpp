@@ -109,8 +109,7 @@ std::vector<std::string> missing_programs(
         needed.push_back("Vortik_Solver" + variant);
     std::vector<std::string> missing;
     for (const std::string& name : needed) {
-        std::error_code error;
-        if (!fs::exists(Tavro::program_file(directory + name), error))
+        if (!is_program(Tavro::program_file(directory + name)))
             missing.push_back(name);
     }
     return missing;

@@ -7,6 +7,7 @@
 #include "links/ControllerStep.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/Surveillance.h"
 
 #include <optional>
 #include <vector>
@@ -130,7 +131,7 @@ std::string lack_of_programs(const PreparedRun& run)
     const std::string directory = program_directory();
     const std::vector<std::string> missing = missing_programs(directory, run.input);
     std::string text;
-    if (!is_program(directory + kControllerName))
+    if (!is_program(Tavro::program_file(directory + kControllerName)))
         text = std::string("there is no ") + kControllerName + " in " + directory
             + ", the directory of vortik, where it is looked for";
     if (missing.empty())

@@ -143,16 +143,7 @@ RunRecord first_record(const PreparedRun& run, unsigned link, long long since)
     return record;
 }
 
-std::string lack_of_programs(const PreparedRun& run)
-{
-    const std::string directory = program_directory();
-    std::vector<std::string> missing = missing_programs(directory, run.input);
-    if (!occupied(Tavro::program_file(directory + kController)))
-        missing.insert(missing.begin(), kController);
-    if (missing.empty())
-        return "";
-    return "missing beside vortik, in " + directory + ": " + Tavro::MergeString(missing, ", ");
-}
+} // namespace
 
 std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
 {

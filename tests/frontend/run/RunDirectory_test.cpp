@@ -295,7 +295,10 @@ TEST(EarlierRun, MissesTheProgramsThatTheKindOfRunNeeds)
     input.m_adapt.m_bAdaptive = false;
     input.m_bRestart = true;
     EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
-    write_file(Tavro::Platform::program_file(here + "Vortik_Solver-omp"), "");
+    const std::string program = Tavro::Platform::program_file(here + "Vortik_Solver-omp");
+    write_file(program, ""); // no program as yet
+    EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     EXPECT_EQ(missing_programs(here, input), Names {});
 }
 
