@@ -105,7 +105,8 @@ protected:
     /// The step on the front end's link.
     [[nodiscard]] int published_step() const;
     /// All steps that the front end could see, one behind the other: "2 19 -3". One that is
-    /// published twice in a row stands once.
+    /// published twice in a row stands once, and one that came behind the word of its end in the
+    /// completion file has a "!".
     [[nodiscard]] std::string published() const;
     [[nodiscard]] VRK::GUIConLink& front_end() { return *m_pFrontEnd; }
     /// Waits until nobody but the front end has a slot or a link: "clean", or who has.

@@ -4,7 +4,9 @@
 //   VORTIK_TEST_SECONDS       "A B": the clock shows A when it is first asked and B from then on
 //   VORTIK_TEST_FAIL_MUTEX    the mutex of this number cannot be made
 //   VORTIK_TEST_FAIL_THREAD   the thread of this number cannot be made
-//   VORTIK_TEST_DIRECTORY     "published" in it gets every step that the front end could see
+//   VORTIK_TEST_DIRECTORY     "published" in it gets every step that the front end could see, with
+//   a
+//                             "!" if the completion file in VORTIK_TEST_ROOT told an end by then
 //   VORTIK_TEST_LINK          the front end's link
 #include "controller/Clock.h"
 #include "controller/RunController.h"
@@ -60,7 +62,10 @@ void note_published_step()
     if (step == last)
         return;
     last = step;
-    std::ofstream(variable("VORTIK_TEST_DIRECTORY") + "/published", std::ios::app) << step << ' ';
+    std::string word;
+    std::ifstream(variable("VORTIK_TEST_ROOT") + "/completion") >> word;
+    std::ofstream(variable("VORTIK_TEST_DIRECTORY") + "/published", std::ios::app)
+        << step << (word.empty() || word == "-9" ? " " : "! ");
 }
 
 } // namespace
