@@ -6,7 +6,7 @@
 //   VORTIK_TEST_FAIL_THREAD   the thread of this number cannot be made
 //   VORTIK_TEST_DIRECTORY     "published" in it gets every step that the front end could see, with
 //   a
-//                             "!" if the completion file in VORTIK_TEST_ROOT told an end by then
+//                             "!" if the completion file in VORTIK_TEST_ROOT held an end by then
 //   VORTIK_TEST_LINK          the front end's link
 #include "controller/Clock.h"
 #include "controller/RunController.h"
