@@ -99,9 +99,9 @@ std::optional<LinkedRun> linked_run(const std::string& root, const std::optional
 {
     std::optional<LinkedRun> found;
     for (const unsigned link : links_of(root)) {
-        auto run = run_of_link(link, record);
+        const auto run = run_of_link(link, record);
         if (run && (!found || run->isTouched))
-            found = std::move(run);
+            found = run;
     }
     return found;
 }
