@@ -31,7 +31,7 @@ std::string text_digest(std::string_view text)
     for (const char c : text)
         digest = (digest ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
     std::array<char, 16> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), digest, 16).ptr;
+    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), digest, 16).ptr;
     const std::string hex(digits.data(), end);
     return std::string(digits.size() - hex.size(), '0') + hex;
 }
