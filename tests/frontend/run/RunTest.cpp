@@ -79,6 +79,9 @@ RunTest::~RunTest()
         for (const auto& program : Platform::programs_of_group(std::stoll(group)))
             (void)Platform::end_process(program.pid, true); // gone since, if it cannot be ended
     }
+    // What the killed have left in the links would linger into the next test.
+    if (objects_are_private())
+        remove_private_objects();
 }
 
 void RunTest::SetUp()
