@@ -184,10 +184,10 @@ TEST_F(LiveRun, WhoseControllerIsSilentIsToldAtOnceAndWhenItIsBack)
                 link.GetLinkID(), sizeof record, reinterpret_cast<const char*>(&record));
             VortikProcess watch({ "watch", root });
             if (!watch.writes("The controller has not touched its link for 15 s"))
-                std::cerr << "not told of the silence: ";
+                std::cerr << "nothing of the silence: ";
             (void)link.Touch();
             if (!watch.writes("The controller touches its link again.\n"))
-                std::cerr << "not told of the return: ";
+                std::cerr << "nothing of the return: ";
             (void)link.SetStep(VRK::StepComplete);
             std::cerr << "status " << watch.ends() << '\n' << tidy(watch.output(), root);
         }
