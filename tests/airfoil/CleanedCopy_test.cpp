@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "airfoil/AirfoilTable.h"
 #include "tests/airfoil/TableTexts.h"
+#include "tests/support/Environment.h"
 #include "tests/support/FailingCalls.h"
 #include "tests/support/Files.h"
 #include "tests/support/Isolated.h"
@@ -13,9 +14,6 @@
 #include <filesystem>
 #include <iostream>
 #include <thread>
-
-#include <sys/stat.h>
-#include <sys/syscall.h>
 
 using Tavro::AirfoilTable;
 using Names = std::vector<std::string>;
@@ -114,7 +112,7 @@ TEST_F(CleanedCopy, OfAFileInTheUsersFolderIsFoundThroughTheTilde)
     put("data/c.dat");
     const auto outcome = Testing::run_isolated([&] {
         std::filesystem::current_path(m_directory.path("run"));
-        ::setenv("HOME", m_directory.path("data").c_str(), 1);
+        Testing::put_variable("HOME", m_directory.path("data"));
         std::cout << AirfoilTable::cleanAirfoilTable("~/c.dat");
     });
     EXPECT_EQ(outcome.out, "../data/.c.dat");
@@ -125,7 +123,7 @@ TEST_F(CleanedCopy, OfAFileWithATildeInItsNameIsNotMadeElsewhere)
     put("run/NACA~1.DAT");
     const auto outcome = Testing::run_isolated([&] {
         std::filesystem::current_path(m_directory.path("run"));
-        ::setenv("HOME", "/x", 1);
+        Testing::put_variable("HOME", "/x");
         std::cout << AirfoilTable::cleanAirfoilTable("NACA~1.DAT");
     });
     EXPECT_EQ(outcome.out, "NACA~1.DAT"); // to a path it is "NACA/x1.DAT", which is not there
@@ -270,7 +268,7 @@ TEST_F(CleanedCopy, OnAFullDiskTheSourceStaysInUseAndNoHalfCopyIsLeft)
 TEST_F(CleanedCopy, AFullDiskLeavesAFormerCopyAsItWas)
 {
     const auto outcome = Testing::run_isolated([&] {
-        if (!Testing::fail_system_call(SYS_fsync, ENOSPC)) {
+        if (!Testing::fail_flushing(ENOSPC)) {
             std::cout << kNotPermitted;
             return;
         }
@@ -287,10 +285,9 @@ TEST_F(CleanedCopy, AFullDiskLeavesAFormerCopyAsItWas)
 
 TEST_F(CleanedCopy, OfAPipeIsMadeBesideIt)
 {
+    Testing::make_pipe(m_directory.path("run/pipe"));
     const auto outcome = Testing::run_isolated([&] {
         std::filesystem::current_path(m_directory.path("run"));
-        if (::mkfifo("pipe", 0600) != 0)
-            return;
         std::thread writer([] { Testing::write_file("pipe", kDirty); });
         std::cout << AirfoilTable::cleanAirfoilTable("pipe");
         writer.join();
@@ -304,7 +301,7 @@ TEST_F(CleanedCopy, OfASourceThatCannotBeReadToItsEndIsNotMade)
     put("run/a.dat");
     const auto outcome = Testing::run_isolated([&] {
         std::filesystem::current_path(m_directory.path("run"));
-        if (!Testing::fail_system_call(SYS_read, EIO)) {
+        if (!Testing::fail_reading(EIO)) {
             std::cout << kNotPermitted;
             return;
         }

@@ -10,8 +10,6 @@
 #include <sstream>
 #include <thread>
 
-#include <sys/stat.h>
-
 namespace {
 
 using Testing::blank_case;
@@ -72,7 +70,7 @@ TEST(CaseFileOnDisk, CaseComesThroughAPipeToo)
 {
     const TemporaryDirectory directory;
     const std::string path = directory.path("pipe");
-    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    Testing::make_pipe(path);
     // More than one piece of 64 KiB: 3000 points, and a text of 100000 bytes.
     ControllerInput original = blank_case();
     original.m_grid.m_vecPoints.assign(3000, Tavro::Vector<double, 3> { 1.0, 2.0, 3.0 });

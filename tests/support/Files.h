@@ -28,7 +28,9 @@ private:
 void write_file(const std::string& path, const std::string& bytes);
 [[nodiscard]] std::string read_file(const std::string& path);
 void make_directory(const std::string& path);
-/// Where nobody can make one it ends the test as skipped.
+/// A named pipe in the file system. Where there are none it ends the test as skipped, as the next
+/// one does where nobody can make links.
+void make_pipe(const std::string& path);
 void make_link(const std::string& target, const std::string& link);
 
 /// Whether the system lets a file have that name.

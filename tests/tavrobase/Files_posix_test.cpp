@@ -203,7 +203,9 @@ TEST_F(DataSafetyOnPosix, ADirectoryThatCannotBeReadLeavesTheTargetAsItWas)
     make_directory(m_root.path("t"));
     write_file(m_root.path("t/old"), "old");
     for (const char* name : { "", "s", "t", "t/old" })
-        ASSERT_EQ(::chown(m_root.path(name).c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
+        ASSERT_EQ(
+            ::chown(m_root.path(name).c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)),
+            0);
     ASSERT_EQ(::chmod(m_root.path("s").c_str(), 0300), 0);
     const auto outcome = run_isolated([this] {
         become_ordinary_user();
@@ -216,8 +218,10 @@ TEST_F(DataSafetyOnPosix, ADirectoryThatCannotBeReadLeavesTheTargetAsItWas)
 TEST_F(DataSafetyOnPosix, ATextThatCannotBeReadIsNotEmptiedByACopyOntoItself)
 {
     write_file(m_root.path("f"), "data");
-    ASSERT_EQ(::chown(m_root.path("").c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
-    ASSERT_EQ(::chown(m_root.path("f").c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
+    ASSERT_EQ(
+        ::chown(m_root.path("").c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
+    ASSERT_EQ(
+        ::chown(m_root.path("f").c_str(), ::geteuid() == 0 ? 65534 : ::geteuid(), gid_t(-1)), 0);
     ASSERT_EQ(::chmod(m_root.path("f").c_str(), 0222), 0);
     const auto outcome = run_isolated([this] {
         become_ordinary_user();
@@ -333,7 +337,7 @@ TEST_F(PlatformFilesOnPosix, RenamingNeverReplacesWhereTheSystemCannotHelp)
     EXPECT_EQ(read_file(m_root.path("c")), "a");
 }
 
-TEST_F(RemovePathOnPosixFiles, OtherKindsOfFilesGo)
+TEST_F(RemovePathOnPosix, OtherKindsOfFilesGo)
 {
     make_directory(m_root.path("dir"));
     ASSERT_EQ(::mkfifo(m_root.path("dir/fifo").c_str(), 0600), 0);

@@ -15,8 +15,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -60,8 +60,8 @@ using CaseOfNames = FilesOnWindows;
 TEST_F(LinksOnWindows, SymlinkFileSaysThatThereAreNone)
 {
     write_file(at("from"), "x");
-    const Outcome outcome = run_at_debug_level(
-        1, [&] { std::cout << Tavro::SymlinkFile(at("from"), at("to")); });
+    const Outcome outcome
+        = run_at_debug_level(1, [&] { std::cout << Tavro::SymlinkFile(at("from"), at("to")); });
     EXPECT_EQ(outcome.out, "FileUtilities.C SymlinkFile not supported on winxp\n0");
     EXPECT_EQ(outcome.err,
         "Unable to create a symlink of file:\n    " + at("from") + "\n to " + at("to") + "\n");
@@ -281,34 +281,17 @@ TEST(NameMatches, AsAShellDoes)
         bool matches;
     };
     for (const Case& one : {
-             Case { "", "", true },
-             Case { "", "a", false },
-             Case { "*", "", true },
-             Case { "a*", "abc", true },
-             Case { "*c", "abc", true },
-             Case { "*b*", "abc", true },
-             Case { "a*c*e", "abcde", true },
-             Case { "a*c*e", "abcd", false },
-             Case { "*ab", "aab", true },
-             Case { "?", "a", true },
-             Case { "?", "", false },
-             Case { "a?c", "abc", true },
-             Case { "[abc]", "b", true },
-             Case { "[abc]", "d", false },
-             Case { "[a-c]x", "bx", true },
-             Case { "[!a-c]", "d", true },
-             Case { "[!a-c]", "b", false },
-             Case { "[^a]", "b", true },
-             Case { "[]a]", "]", true },
-             Case { "[a-]", "-", true },
-             Case { "[\\]]", "]", true },
-             Case { "[[:digit:]]", "7", true },
-             Case { "[[:digit:]x]", "x", true },
-             Case { "[[:upper:]]", "a", false },
-             Case { "[a", "[a", true },
-             Case { "\\*", "*", true },
-             Case { "\\*", "a", false },
-             Case { "\\a", "a", true },
+             Case { "", "", true }, Case { "", "a", false }, Case { "*", "", true },
+             Case { "a*", "abc", true }, Case { "*c", "abc", true }, Case { "*b*", "abc", true },
+             Case { "a*c*e", "abcde", true }, Case { "a*c*e", "abcd", false },
+             Case { "*ab", "aab", true }, Case { "?", "a", true }, Case { "?", "", false },
+             Case { "a?c", "abc", true }, Case { "[abc]", "b", true }, Case { "[abc]", "d", false },
+             Case { "[a-c]x", "bx", true }, Case { "[!a-c]", "d", true },
+             Case { "[!a-c]", "b", false }, Case { "[^a]", "b", true }, Case { "[]a]", "]", true },
+             Case { "[a-]", "-", true }, Case { "[\\]]", "]", true },
+             Case { "[[:digit:]]", "7", true }, Case { "[[:digit:]x]", "x", true },
+             Case { "[[:upper:]]", "a", false }, Case { "[a", "[a", true },
+             Case { "\\*", "*", true }, Case { "\\*", "a", false }, Case { "\\a", "a", true },
              Case { "[\xe0-\xff]", "\xe4", true }, // bytes, not signed characters
          }) {
         EXPECT_EQ(Platform::name_matches(one.pattern, one.name), one.matches)

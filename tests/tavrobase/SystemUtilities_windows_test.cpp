@@ -82,10 +82,10 @@ TEST(BytesToAuto, PicksTheLargestUnitThatGivesAtLeastOne)
         float value;
         int exponent;
     };
-    for (const Case& one : { Case { 0, 0.0F, 0 }, Case { 1023, 1023.0F, 0 },
-             Case { 1024, 1.0F, 3 }, Case { 1048575, 1023.9990234375F, 3 },
-             Case { 1048576, 1.0F, 6 }, Case { 1073741823, 1024.0F, 6 },
-             Case { 1073741824, 1.0F, 9 }, Case { ULONG_MAX, 4.0F, 9 } }) {
+    for (const Case& one : { Case { 0, 0.0F, 0 }, Case { 1023, 1023.0F, 0 }, Case { 1024, 1.0F, 3 },
+             Case { 1048575, 1023.9990234375F, 3 }, Case { 1048576, 1.0F, 6 },
+             Case { 1073741823, 1024.0F, 6 }, Case { 1073741824, 1.0F, 9 },
+             Case { ULONG_MAX, 4.0F, 9 } }) {
         int exponent = -1;
         EXPECT_EQ(Tavro::BytesToAuto(one.bytes, exponent), one.value) << one.bytes;
         EXPECT_EQ(exponent, one.exponent) << one.bytes;

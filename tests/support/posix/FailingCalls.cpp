@@ -3,12 +3,14 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sched.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 
 namespace Testing {
@@ -47,6 +49,20 @@ bool fail_system_call(long number, int error, int argument, unsigned value)
     const sock_fprog filter { program.size(), program.data() };
     return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
         && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+bool fail_reading(int error) { return fail_system_call(SYS_read, error); }
+
+bool fail_flushing(int error) { return fail_system_call(SYS_fsync, error); }
+
+bool limit_file_size(std::size_t bytes)
+{
+    rlimit limit {};
+    if (::getrlimit(RLIMIT_FSIZE, &limit) != 0)
+        return false;
+    (void)std::signal(SIGXFSZ, SIG_IGN); // a write is to fail instead; nothing was set before
+    limit.rlim_cur = bytes;
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
 }
 
 bool fail_new_threads()

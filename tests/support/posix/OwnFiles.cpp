@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include <sys/stat.h>
+
 namespace Testing {
 
 TemporaryDirectory::TemporaryDirectory()
@@ -23,6 +25,12 @@ TemporaryDirectory::~TemporaryDirectory()
 void make_link(const std::string& target, const std::string& link)
 {
     std::filesystem::create_symlink(target, link);
+}
+
+void make_pipe(const std::string& path)
+{
+    if (::mkfifo(path.c_str(), 0600) != 0)
+        throw std::runtime_error("no pipe: " + path);
 }
 
 bool can_be_a_name(const std::string& name) { return name.find('/') == std::string::npos; }

@@ -27,6 +27,16 @@ std::string new_directory()
     }
 }
 
+/// Ends the test without another word of it.
+[[noreturn]] void skip(const char* reason)
+{
+    const testing::TestPartResult part(testing::TestPartResult::kSkip, __FILE__, __LINE__, reason);
+    testing::internal::AssertHelper(
+        part.type(), part.file_name(), part.line_number(), part.message())
+        = testing::Message();
+    throw testing::AssertionException(part);
+}
+
 } // namespace
 
 TemporaryDirectory::TemporaryDirectory()
@@ -44,14 +54,10 @@ TemporaryDirectory::~TemporaryDirectory()
 
 void make_link(const std::string&, const std::string&)
 {
-    // This ends the test, as skipped, without another word of it.
-    const testing::TestPartResult skip(testing::TestPartResult::kSkip, __FILE__, __LINE__,
-        "users cannot make symbolic links here");
-    testing::internal::AssertHelper(
-        skip.type(), skip.file_name(), skip.line_number(), skip.message())
-        = testing::Message();
-    throw testing::AssertionException(skip);
+    skip("users cannot make symbolic links here");
 }
+
+void make_pipe(const std::string&) { skip("there are no pipes among files here"); }
 
 bool can_be_a_name(const std::string& name)
 {
