@@ -3,6 +3,7 @@
 
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/PathIdentity.h"
+#include "tavrobase/SystemPath.h"
 
 #include <filesystem>
 #include <fstream>
@@ -71,7 +72,7 @@ bool write_bytes(const std::string& path, std::string_view bytes, Diagnostics& d
 
 std::string directory_of(const std::string& path)
 {
-    const std::string text = fs::path(path).generic_string();
+    const std::string text = Tavro::PathText(Tavro::SystemPath(path));
     const auto slash = text.rfind('/');
     return slash == std::string::npos ? "" : text.substr(0, slash + 1);
 }

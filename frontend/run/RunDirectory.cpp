@@ -3,6 +3,7 @@
 
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/PathIdentity.h"
+#include "tavrobase/SystemPath.h"
 #include "tavrobase/SystemUtilities.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ std::optional<std::string> run_root(const std::string& path)
     if (!fs::exists(path, error))
         return std::nullopt;
     const fs::path root = fs::canonical(directory, error);
-    return error || root == root.root_path() ? std::nullopt : std::optional(root.generic_string());
+    return error || root == root.root_path() ? std::nullopt : std::optional(Tavro::PathText(root));
 }
 
 Tavro::FilePath link_key(const std::string& root) { return Tavro::AsWritten(root + "/"); }

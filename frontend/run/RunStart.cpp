@@ -9,6 +9,7 @@
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/SystemPath.h"
 #include "tavrobase/SystemUtilities.h"
 
 #include <filesystem>
@@ -52,7 +53,8 @@ std::string program_directory()
 {
     const std::string program
         = Tavro::executable_path().value_or(Tavro::GetExecutablePath("vortik").Get());
-    return (std::filesystem::absolute(program).parent_path() / "").generic_string();
+    return Tavro::PathText(
+        std::filesystem::absolute(Tavro::SystemPath(program)).parent_path() / "");
 }
 
 std::optional<PreparedRun> prepare_run(
@@ -72,8 +74,8 @@ std::optional<PreparedRun> prepare_run(
         reason = "a run cannot be in a directory whose path has \"~\" or a backslash: " + *root;
         return std::nullopt;
     }
-    PreparedRun run { *root, *root + "/" + fs::path(caseFile).filename().string(), std::move(input),
-        "", {}, {} };
+    PreparedRun run { *root, *root + "/" + Tavro::PathText(Tavro::SystemPath(caseFile).filename()),
+        std::move(input), "", {}, {} };
     run.completionFile = completion_file(*root, run.input.m_fpCompletionFile.Get());
     if (run.completionFile.size() > VRK::kLongestCompletionPath) {
         reason = "the path of the completion file is longer than "
