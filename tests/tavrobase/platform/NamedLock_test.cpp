@@ -88,7 +88,7 @@ TEST_F(NamedLockHold, ClosedOneCanBeNeitherTakenNorGiven)
 
 TEST_F(NamedLockHold, PathIsWhereTheSystemShowsTheSemaphore)
 {
-    EXPECT_TRUE(file_exists(NamedLock::path("lock")));
+    EXPECT_TRUE(file_exists(NamedLock::path("lock").value()));
     EXPECT_EQ(private_object_names(), "lock.guard1 sem.lock");
 }
 
