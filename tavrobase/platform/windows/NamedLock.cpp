@@ -65,7 +65,7 @@ private:
 };
 
 // Waits without limit. The system passes a mutex on when its owner dies; that this has happened
-// is told by the phase, also to those who come later.
+// shows in the phase, also to those who come later.
 ErrorNumber lock_mutex(HANDLE mutex)
 {
     const DWORD end = ::WaitForSingleObject(mutex, INFINITE);

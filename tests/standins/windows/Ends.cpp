@@ -12,7 +12,7 @@ bool Ending::aborted() const { return status == 3; }
 
 bool Ending::killed() const { return status == 1; }
 
-// A program is told what stood on the command line.
+// A program finds what stood on the command line.
 std::string own_name(const std::string& program)
 {
     return Tavro::FilePath(program_beside_this("../demo/" + program)).Get() + ".exe";
