@@ -50,8 +50,9 @@ bool IsOccupied(const FilePath& path)
 
 bool LeadToOneFile(const std::string& left, const std::string& right)
 {
-    boost::system::error_code missing;
-    return boost::filesystem::equivalent(left, right, missing) && !missing;
+    // Not by the library, which also compares times and sizes: those of a directory change when
+    // somebody makes a file in it at that moment.
+    return Platform::same_file(left, right);
 }
 
 bool LiesWithin(const FilePath& inner, const FilePath& outer)

@@ -49,6 +49,10 @@ struct FileFacts {
 /// Whether the system takes two names in one directory for the same.
 [[nodiscard]] bool same_name(const std::string& left, const std::string& right);
 
+/// Whether both paths, with links followed, lead to one existing file or directory, whatever
+/// happens to it meanwhile.
+[[nodiscard]] bool same_file(const std::string& left, const std::string& right);
+
 /// Whether both paths name the same entry of the same directory, however they are spelt. Two hard
 /// links to one file are different entries.
 [[nodiscard]] bool same_entry(const std::string& left, const std::string& right);

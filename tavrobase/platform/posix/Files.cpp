@@ -136,6 +136,14 @@ bool is_symbolic_link(const std::string& path)
 
 bool same_name(const std::string& left, const std::string& right) { return left == right; }
 
+bool same_file(const std::string& left, const std::string& right)
+{
+    struct stat a { };
+    struct stat b { };
+    return Posix::uninterrupted(::stat, left.c_str(), &a) == 0
+        && Posix::uninterrupted(::stat, right.c_str(), &b) == 0 && same_file(a, b);
+}
+
 bool same_entry(const std::string& left, const std::string& right)
 {
     const Entry a = entry_of(left);

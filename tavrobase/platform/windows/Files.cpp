@@ -136,6 +136,12 @@ bool same_name(const std::string& left, const std::string& right)
     return ::lstrcmpiA(left.c_str(), right.c_str()) == 0;
 }
 
+bool same_file(const std::string& left, const std::string& right)
+{
+    const auto identity = Windows::identity_of(left);
+    return identity && identity == Windows::identity_of(right);
+}
+
 bool same_entry(const std::string& left, const std::string& right)
 {
     const Entry a = entry_of(left);
