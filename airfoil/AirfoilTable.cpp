@@ -54,7 +54,7 @@ int AirfoilTable::readFromSingleInputFile(
 
 int AirfoilTable::writeInputCard(const FilePath& path, int n, bool bNoHeader) const
 {
-    std::ofstream stream(path.Get(), std::ios::trunc);
+    std::ofstream stream(path.Get(), std::ios::trunc | std::ios::binary);
     if (writeToSingleInputFile(stream, n, bNoHeader) != Good)
         return Failed;
     stream.close(); // a full disk may show only here
