@@ -14,15 +14,6 @@ namespace {
 
 using Point = Tavro::Vector<double, 3>;
 
-bool has_ending(const std::string& path, const std::string& ending)
-{
-    const auto same
-        = [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); };
-    return path.size() >= ending.size()
-        && std::equal(path.end() - static_cast<std::ptrdiff_t>(ending.size()), path.end(),
-            ending.begin(), same);
-}
-
 /// Turns about axis 0, 1 or 2.
 Point turned(const Point& p, std::size_t axis, double degrees)
 {
@@ -69,11 +60,12 @@ void read_body_file(
 {
     const std::string expected = "an STL or OBJ file";
     if (!has_ending(path, ".stl") && !has_ending(path, ".obj")) {
-        diagnostics.error(place, "the name of the body file " + path + " ends in neither",
+        diagnostics.error(place,
+            "the ending of the body file " + path + " tells no form that is known",
             "a name that ends in .stl or .obj");
         return;
     }
-    if (is_directory(path) || !exists(path)) {
+    if (!is_file(path)) {
         diagnostics.error(place, "there is no body file " + path, expected);
         return;
     }
@@ -88,8 +80,8 @@ void read_body_file(
         diagnostics.error(place, "the body file " + path + " has no triangles", expected);
     else if (bad > 0)
         diagnostics.error(place,
-            std::to_string(bad) + " triangles of the body file " + path
-                + " have coordinates that are no numbers",
+            std::to_string(bad) + (bad == 1 ? " triangle" : " triangles") + " of the body file "
+                + path + (bad == 1 ? " has" : " have") + " coordinates that are no numbers",
             "finite coordinates");
 }
 

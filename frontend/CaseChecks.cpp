@@ -3,12 +3,11 @@
 
 #include "case/CaseFile.h"
 #include "frontend/AirfoilFile.h"
-#include "frontend/GeometryChecks.h"
 #include "frontend/TextFile.h"
 #include "frontend/ValueText.h"
 
 #include <algorithm>
-#include <cmath>
+#include <stdexcept>
 
 namespace Frontend {
 
@@ -45,64 +44,133 @@ private:
         m_diagnostics.warning(m_case.place(path), what);
     }
 
+    /// Whether all these keys are what their author meant.
+    template <typename... Keys>
+    [[nodiscard]] bool sound(const Keys&... keys) const
+    {
+        return (m_case.sound(keys) && ...);
+    }
+
     void files()
     {
+        name();
+        path("case.completion_file", m_record.m_fpCompletionFile.Get());
+        path("grid.viscous_file", m_record.m_grid.m_fpViscInput.Get());
         if (m_record.m_fpCompletionFile.Get().size() > VRK::kLongestCompletionPath)
             m_diagnostics.error(m_case.place("case.completion_file"),
                 "\"completion_file\" has "
                     + std::to_string(m_record.m_fpCompletionFile.Get().size()) + " bytes",
                 "at most " + std::to_string(VRK::kLongestCompletionPath));
-        const std::string& name = m_record.m_strCaseName;
-        if (name.empty() || name.find('/') != std::string::npos)
-            fault("case.name", name.empty() ? "\"name\" is empty" : R"("name" has a "/" in it)",
-                "the stem of file names");
-        if (m_record.m_bRestart && m_record.m_strRestartFile.empty())
-            warn("case.restart", "a restart without \"restart_file\" starts from no file");
-        if (!m_record.m_bRestart && !m_record.m_strRestartFile.empty())
-            warn("case.restart_file",
-                R"("restart_file" has no effect and is not kept: "restart" is not on)");
-        if (!m_record.m_bFlagMan && !m_record.m_strTrajectory.empty())
+        restart();
+        if (sound("trajectory.on") && !m_record.m_bFlagMan && !m_record.m_strTrajectory.empty())
             warn("trajectory.text", R"("text" has no effect and is not kept: "on" is not set)");
+    }
+
+    /// The name becomes part of the names of files, all of which are to lie where they belong, to
+    /// be seen, and to differ.
+    void name()
+    {
+        constexpr std::size_t kLongest = 200; // the endings of files need the rest
+        if (!sound("case.name"))
+            return;
+        const std::string& name = m_record.m_strCaseName;
+        std::string what;
+        if (name.empty())
+            what = "\"name\" is empty";
+        else if (name.front() == '.')
+            what = R"("name" begins with ".")";
+        else if (const auto at = name.find_first_of("/\\~"); at != std::string::npos)
+            what = R"("name" has a ")" + name.substr(at, 1) + R"(" in it)";
+        else if (std::any_of(name.begin(), name.end(), is_control))
+            what = "\"name\" has a line end or another control character in it";
+        else if (name.size() > kLongest)
+            what = "\"name\" has " + std::to_string(name.size()) + " bytes";
+        if (!what.empty())
+            fault("case.name", what,
+                name.size() > kLongest ? "at most " + std::to_string(kLongest)
+                                       : "the stem of file names, such as \"robin\"");
+    }
+    static bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+
+    /// Who reads the case file resolves a path, and refuses the case if nothing is left of it.
+    void path(const std::string& key, const std::string& text)
+    {
+        try {
+            (void)Tavro::FilePath(text); // only whether it can be
+        } catch (const std::out_of_range&) {
+            m_diagnostics.error(m_case.place(key),
+                '"' + key.substr(key.find('.') + 1) + "\" leads nowhere: " + text,
+                "a path of which something is left without its \"..\"");
+        }
+    }
+
+    void restart()
+    {
+        const std::string& file = m_record.m_strRestartFile;
+        if (!sound("case.restart", "case.restart_file"))
+            return;
+        if (!m_record.m_bRestart) {
+            if (!file.empty())
+                warn("case.restart_file",
+                    R"("restart_file" has no effect and is not kept: "restart" is not on)");
+        } else if (file.empty()) {
+            if (!m_case.incomplete)
+                warn("case.restart", "a restart without \"restart_file\" starts from no file");
+        } else if (const std::string found = path_from(m_directory, file); !is_file(found)) {
+            fault("case.restart_file", "there is no restart file " + found,
+                "a file that an earlier run has left, such as Restarts/CASE.new.Rst");
+        }
     }
 
     void grid()
     {
         const VRK::GridData& grid = m_record.m_grid;
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            if (!(grid.m_dDomainMax[axis] > grid.m_dDomainMin[axis])) {
+        for (std::size_t axis = 0; axis < 3 && sound("grid.domain_min", "grid.domain_max");
+             ++axis) {
+            if (!(grid.m_dDomainMax[axis] > grid.m_dDomainMin[axis]))
                 fault("grid.domain_max",
                     "the domain has no extent along " + std::string(1, "xyz"[axis]) + ": "
                         + number_text(grid.m_dDomainMin[axis]) + " to "
                         + number_text(grid.m_dDomainMax[axis]),
                     R"("domain_max" above "domain_min")");
-                return;
-            }
         }
-        if (grid.m_bApproxWettedSurface && grid.m_ucLevelMax < grid.m_ucLevelMin)
+        const std::string wetted = "grid.wetted_surface.";
+        if (grid.m_bHybrid && grid.m_fpViscInput.Get().empty() && !m_case.incomplete
+            && sound("grid.hybrid", "grid.viscous_file"))
+            warn("grid.hybrid",
+                R"("hybrid" is on, but no "viscous_file" is named that receives its input)");
+        if (!grid.m_bApproxWettedSurface || !sound(wetted + "on"))
+            return;
+        if (grid.m_ucLevelMax < grid.m_ucLevelMin
+            && sound(wetted + "level_min", wetted + "level_max"))
             fault("grid.wetted_surface.level_max", R"("level_max" is below "level_min")",
                 "at least " + std::to_string(grid.m_ucLevelMin));
-        if (grid.m_bApproxWettedSurface && m_record.m_vecBodies.empty())
+        if (m_record.m_vecBodies.empty() && sound("body") && !m_case.incomplete)
             warn("grid.wetted_surface.on", "a wetted surface is asked for, but there is no body");
     }
 
     void schedule()
     {
-        if (m_record.m_time.m_vecTLen.empty() && !m_record.m_bGridOnly)
+        if (m_record.m_time.m_vecTLen.empty() && !m_record.m_bGridOnly && !m_case.incomplete
+            && sound("time.layer", "case.grid_only"))
             warn("time", "there is no [[time.layer]], so the solver has no step to do");
-        if (m_record.m_bTrim && m_record.m_uintTrimEnd < m_record.m_uintTrimStart)
+        if (m_record.m_bTrim && m_record.m_uintTrimEnd < m_record.m_uintTrimStart
+            && sound("trim.on", "trim.start", "trim.end"))
             warn("trim.end", "trim ends before it starts");
-        if (m_record.m_bLtimeavg && m_record.m_uintItend < m_record.m_uintItbeg)
+        if (m_record.m_bLtimeavg && m_record.m_uintItend < m_record.m_uintItbeg
+            && sound("output.average.on", "output.average.start", "output.average.end"))
             warn("output.average.end", "the averages end before they start");
     }
 
     void adaptation()
     {
         const VRK::AdaptiveData& adapt = m_record.m_adapt;
-        if (!adapt.m_bAdaptive)
+        if (!adapt.m_bAdaptive || !sound("adaptation.on"))
             return;
-        if (adapt.m_uintPeriod == 0)
+        if (adapt.m_uintPeriod == 0 && sound("adaptation.period") && !m_case.incomplete)
             fault("adaptation.period", "adaptation is on and its \"period\" is 0", "at least 1");
-        if (adapt.m_bUseEnd && adapt.m_uintEnd < adapt.m_uintStart)
+        if (adapt.m_bUseEnd && adapt.m_uintEnd < adapt.m_uintStart
+            && sound("adaptation.use_end", "adaptation.start", "adaptation.end"))
             warn("adaptation.end", "adaptation ends before it starts");
     }
 
@@ -116,8 +184,9 @@ private:
     void switched(const std::string& path, const std::string& key, const std::string& mark, bool on,
         const std::vector<double>& column)
     {
-        increasing(path, key, column);
-        if (on && column.empty())
+        if (!sound(path + '.' + key, path + '.' + mark))
+            return;
+        if (on && column.empty() && !m_case.incomplete)
             warn(path + '.' + mark, '"' + mark + "\" is on, but \"" + key + "\" has no rows");
         if (!on && !column.empty())
             warn(path + '.' + key, '"' + key + "\" has no effect: \"" + mark + "\" is not on");
@@ -125,20 +194,27 @@ private:
 
     void rotor(const std::string& path, const VRK::RotorData& rotor)
     {
+        increasing(path, "chord", rotor.m_vecChordR);
+        increasing(path, "twist", rotor.m_vecTwistR);
+        increasing(path, "deflection", rotor.m_vecDeflR);
+        increasing(path, "inplane", rotor.m_vecInplaneR);
+        increasing(path, "output_radii", rotor.m_vecRefRadius);
         switched(path, "chord", "chord_table", rotor.m_bChordTable, rotor.m_vecChordR);
         switched(path, "twist", "twist_table", rotor.m_bTwistTable, rotor.m_vecTwistR);
         switched(path, "deflection", "deflection_table", rotor.m_bDeflTable, rotor.m_vecDeflR);
         switched(path, "inplane", "inplane_table", rotor.m_bInplaneTable, rotor.m_vecInplaneR);
-        increasing(path, "output_radii", rotor.m_vecRefRadius);
+        switched(path, "cyclic", "cyclic_pitch", rotor.m_bCyclicPitch, rotor.m_vecCyclicCos);
+        switched(path, "flap", "flapping", rotor.m_bFlapping, rotor.m_vecFlapCos);
         const VRK::GridData& grid = m_record.m_grid;
-        for (std::size_t axis = 0; axis < 3; ++axis) {
+        for (std::size_t axis = 0;
+             axis < 3 && sound(path + ".center", "grid.domain_min", "grid.domain_max"); ++axis) {
             if (rotor.m_adCenter[axis] < grid.m_dDomainMin[axis]
                 || rotor.m_adCenter[axis] > grid.m_dDomainMax[axis]) {
                 warn(path + ".center", "the rotor's centre lies outside the domain");
                 break;
             }
         }
-        if (rotor.m_vecAftFile.empty())
+        if (rotor.m_vecAftFile.empty() && sound(path + ".airfoil") && !m_case.incomplete)
             warn(path, "the rotor has no [[rotor.airfoil]]");
         for (std::size_t i = 0; i < rotor.m_vecAftFile.size(); ++i)
             airfoil(path + ".airfoil[" + std::to_string(i) + "].file", rotor.m_vecAftFile[i]);
@@ -146,8 +222,10 @@ private:
 
     void airfoil(const std::string& path, const std::string& name)
     {
+        if (!sound(path))
+            return;
         const std::string file = path_from(m_directory, name);
-        if (is_directory(file) || !exists(file)) {
+        if (!is_file(file)) {
             fault(path, "there is no airfoil table " + file, "a file in the fixed-column layout");
             return;
         }
@@ -183,8 +261,6 @@ private:
 void check_case(const CaseTree& read, const std::string& directory, Diagnostics& diagnostics)
 {
     Checks(read, directory, diagnostics).all();
-    if (!diagnostics.failed()) // in a domain without volume no cell has a length
-        check_bodies(read, diagnostics);
 }
 
 } // namespace Frontend

@@ -85,8 +85,12 @@ int build_case_command(const std::string& path, const std::string& output, bool 
         return kBadInput;
     Diagnostics writing;
     std::ostringstream stream;
+    if (has_ending(output, ".toml")) // mostly the case itself, given once too often
+        writing.error({ output }, "this is the name of a readable case",
+            "another ending for the binary one, such as .bin");
     // The one way in which this fails, a completion path that is too long, has been reported above.
-    if (!may_write(output, force, writing) || !VRK::write_case(stream, *record)) {
+    if (writing.failed() || !may_write(output, force, writing)
+        || !VRK::write_case(stream, *record)) {
         writing.print(std::cerr);
         return kBadInput;
     }
@@ -111,8 +115,10 @@ int show_case_command(const std::string& path, bool asJson)
     VRK::ControllerInput record {};
     std::istringstream stream(*bytes);
     if (!VRK::read_case(stream, record)) {
-        diagnostics.error(
-            { path }, "this is no whole case file", "a file that `vortik build` made");
+        diagnostics.error({ path },
+            has_ending(path, ".toml") ? "this is a readable case already"
+                                      : "this is no whole case file",
+            "a file that `vortik build` made");
         diagnostics.print(std::cerr);
         return kBadInput;
     }

@@ -23,7 +23,9 @@ Fields case_fields(VRK::ControllerInput& in)
             "link of the front end; `vortik run` puts its own here" },
         { "restart", &in.m_bRestart, "", "continue from `restart_file` (\"LDATPRV\")" },
         { "restart_file", &in.m_strRestartFile, "",
-            "restart file (\"RSTRTinp\"); part of the case only with `restart`" },
+            "restart file (\"RSTRTinp\"), found from the directory of the case; part of it only "
+            "with "
+            "`restart`" },
         { "grid_only", &in.m_bGridOnly, "", "stop after the grid" },
         { "body_fitter", &in.m_bRunBodyFitter, "", "run the body fitter after the grid generator" },
         { "validator", &in.m_bRunValidator, "", "run the validator" },

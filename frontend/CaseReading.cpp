@@ -17,13 +17,7 @@ namespace {
 
 using Kind = Value::Kind;
 
-/// In a line of its own, whatever is in it.
-std::string quoted(std::string text)
-{
-    const auto breaks = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    std::replace_if(text.begin(), text.end(), breaks, '?');
-    return '"' + text + '"';
-}
+std::string quoted(const std::string& text) { return '"' + text + '"'; }
 
 constexpr const char* kEntryOf = "an entry of ";
 
@@ -65,10 +59,11 @@ public:
     void whole(const Value& tree)
     {
         m_case.whole = { m_file };
+        m_case.incomplete = tree.broken;
         if (const Value* mark = tree.find(kUncheckedKey)) {
             if (mark->kind == Kind::Boolean)
                 m_case.unchecked = mark->boolean;
-            else
+            else if (!mark->broken)
                 fault(*mark, quoted(kUncheckedKey) + " is " + shown(*mark), "true or false");
         }
         const Fields fields = fields_of(m_case.record);
@@ -93,21 +88,23 @@ private:
         fault(value, named(field) + " is " + shown(value), expected_text(field));
     }
 
+    /// A path without the numbers of entries, as it stands in the head of a table.
+    static std::string plain(const std::string& path)
+    {
+        std::string name;
+        for (std::size_t i = 0; i < path.size(); ++i) {
+            if (path[i] == '[')
+                i = path.find(']', i);
+            else
+                name += path[i];
+        }
+        return name;
+    }
     static std::string heading(const std::string& path)
     {
         if (path.empty())
             return "the case";
-        std::string name;
-        bool list = false;
-        for (std::size_t i = 0; i < path.size(); ++i) {
-            if (path[i] == '[') {
-                list = path.find(']', i) + 1 == path.size();
-                i = path.find(']', i);
-            } else {
-                name += path[i];
-            }
-        }
-        return list ? "[[" + name + "]]" : '[' + name + ']';
+        return path.ends_with(']') ? "[[" + plain(path) + "]]" : '[' + plain(path) + ']';
     }
 
     /// Reads what is there, and tells of keys that nobody knows.
@@ -122,11 +119,11 @@ private:
                 if (field.key == member.key)
                     known = &field;
             }
-            const std::string below = path.empty() ? member.key : path + '.' + member.key;
+            const std::string below = joined(path, member.key);
             const Place place { m_file, member.line, member.column };
             m_case.places[below] = place;
             if (known != nullptr) {
-                read(member.value, *known, below);
+                take(member.value, *known, below);
             } else if (std::find(others.begin(), others.end(), member.key) == others.end()) {
                 const std::string near = nearest_name(member.key, names);
                 m_diagnostics.error(place,
@@ -144,21 +141,60 @@ private:
                 absent(field, path, at(value));
     }
 
+    static std::string joined(const std::string& path, const std::string& key)
+    {
+        return path.empty() ? key : path + '.' + key;
+    }
+
     /// A field that the file does not have gets its default, if it has one.
     void absent(const Field& field, const std::string& path, const Place& place)
     {
+        const std::string below = joined(path, field.key);
         if (const Fields* fields = std::get_if<Fields>(&field.target)) {
             // The keys of a table that is left out are left out too.
-            const std::string below = path.empty() ? field.key : path + '.' + field.key;
             for (const Field& inner : *fields)
                 absent(inner, below, place);
             return;
         }
-        if (field.required)
+        if (!field.required) {
+            read(default_value(field), field, below);
+            return;
+        }
+        m_case.faulty.insert(below);
+        if (!m_case.incomplete) // else it may stand where nothing could be understood
             m_diagnostics.error(
                 place, heading(path) + " lacks the key " + quoted(field.key), expected_text(field));
-        else
+    }
+
+    /// A field that the file has; if that is wrong it gets its default, and nothing follows from
+    /// it.
+    void take(const Value& value, const Field& field, const std::string& path)
+    {
+        const bool nested = std::holds_alternative<Fields>(field.target)
+            || std::holds_alternative<ListOfTables>(field.target);
+        const std::size_t before = m_diagnostics.errors();
+        if (nested || !value.broken)
+            read(value, field, path);
+        if (nested || (!value.broken && m_diagnostics.errors() == before))
+            return;
+        m_case.faulty.insert(path);
+        if (!field.required)
             read(default_value(field), field, path);
+    }
+
+    /// A table or list of tables that is none; what would be in it has been left out unseen.
+    void take_out(const Value& value, const Field& field, const std::string& path,
+        const std::string& what, const std::string& expected)
+    {
+        if (!value.broken)
+            fault(value, what, expected);
+        m_case.faulty.insert(path);
+        const bool incomplete = std::exchange(m_case.incomplete, true);
+        if (const Fields* fields = std::get_if<Fields>(&field.target)) {
+            for (const Field& inner : *fields)
+                absent(inner, path, at(value));
+        }
+        m_case.incomplete = incomplete;
     }
 
     void read(const Value& value, const Field& field, const std::string& path)
@@ -383,7 +419,7 @@ private:
     void into(const Fields& target, const Value& value, const Field& field, const std::string& path)
     {
         if (value.kind != Kind::Table)
-            fault(value, "[" + field.key + "] is " + shown(value), "a table");
+            take_out(value, field, path, "[" + field.key + "] is " + shown(value), "a table");
         else
             table(value, target, path);
     }
@@ -392,8 +428,8 @@ private:
         const ListOfTables& target, const Value& value, const Field& field, const std::string& path)
     {
         if (value.kind != Kind::Array) {
-            fault(value, quoted(field.key) + " is " + shown(value),
-                "tables, each under [[" + path + "]]");
+            take_out(value, field, path, quoted(field.key) + " is " + shown(value),
+                "tables, each under [[" + plain(path) + "]]");
             return;
         }
         target.resize(value.items.size());
@@ -402,7 +438,8 @@ private:
             const std::string below = path + '[' + std::to_string(i) + ']';
             m_case.places[below] = at(item);
             if (item.kind != Kind::Table)
-                fault(item, "an entry of " + quoted(field.key) + " is " + shown(item), "a table");
+                take_out(item, Field { below, target.fields(i), "", "" }, below,
+                    "an entry of " + quoted(field.key) + " is " + shown(item), "a table");
             else if (path == "body")
                 body(item, target.fields(i), m_case.record.m_vecBodies[i], below);
             else
@@ -420,18 +457,24 @@ private:
         table(value, all, path);
         const Value* file = value.find("file");
         const Value* facets = value.find("facets");
-        if (file == nullptr && facets == nullptr)
-            m_diagnostics.error(at(value), heading(path) + " has no triangles",
-                R"("file", the name of an STL or OBJ file, or "facets")");
-        else if (file != nullptr && facets != nullptr)
+        const std::size_t before = m_diagnostics.errors();
+        if (file == nullptr && facets == nullptr) {
+            if (!m_case.incomplete)
+                m_diagnostics.error(at(value), heading(path) + " has no triangles",
+                    R"("file", the name of an STL or OBJ file, or "facets")");
+            m_case.faulty.insert(path + ".facets");
+        } else if (file != nullptr && facets != nullptr) {
             fault(*file, R"("file" and "facets" are given for one body)", "one of them");
-        else if (file == nullptr)
-            move_facets(source, target.m_vecFacets);
-        else if (file->kind == Kind::Text) {
+        } else if (file != nullptr && m_case.sound(path + ".file")) {
             read_body_file(path_from(directory_of(m_file), source.file), at(*file), m_diagnostics,
                 target.m_vecFacets);
-            move_facets(source, target.m_vecFacets);
         }
+        bool sound = m_diagnostics.errors() == before;
+        for (const char* key : { ".file", ".scale", ".rotate", ".translate" })
+            sound = sound && m_case.sound(path + key);
+        if (!sound) // where the triangles are, if there are any, is not where they were to be
+            m_case.faulty.insert(path + ".facets");
+        move_facets(source, target.m_vecFacets);
     }
 
     CaseTree& m_case;
@@ -445,6 +488,16 @@ Place CaseTree::place(const std::string& path) const
 {
     const auto found = places.find(path);
     return found == places.end() ? whole : found->second;
+}
+
+bool CaseTree::sound(const std::string& path) const
+{
+    for (std::size_t end = 0; end != std::string::npos;) {
+        end = path.find_first_of(".[", end + 1);
+        if (faulty.contains(path.substr(0, end)))
+            return false;
+    }
+    return true;
 }
 
 void CaseTree::fault(Diagnostics& diagnostics, const std::string& path, const std::string& what,

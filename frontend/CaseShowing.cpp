@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "frontend/CaseChecks.h"
 #include "frontend/CaseTree.h"
 #include "frontend/ValueText.h"
 
@@ -123,13 +124,14 @@ Value table_value(const Fields& fields)
 Value show_case_tree(const VRK::ControllerInput& record)
 {
     VRK::ControllerInput copy = record; // the table is bound to a record that may be written to
-    Value fields = table_value(fields_of(copy));
-    Value tree = Value::table();
+    Value tree = table_value(fields_of(copy));
+    Diagnostics diagnostics;
+    check_case(read_case_tree(tree, "", diagnostics), "", diagnostics);
+    if (!diagnostics.failed())
+        return tree;
     Value mark = Value::of_boolean(true);
     mark.comment = std::string(kUncheckedDoc) + "; without this line they are errors";
-    tree.add(kUncheckedKey, std::move(mark));
-    for (Member& member : fields.members)
-        tree.members.push_back(std::move(member));
+    tree.members.insert(tree.members.begin(), { kUncheckedKey, 0, 0, std::move(mark) });
     return tree;
 }
 

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/CaseText.h"
 
+#include "case/CaseFile.h"
 #include "frontend/CaseChecks.h"
 #include "frontend/CaseTree.h"
+#include "frontend/GeometryChecks.h"
 #include "frontend/TextFile.h"
 #include "frontend/TomlReading.h"
+
+#include <sstream>
 
 namespace Frontend {
 
@@ -15,17 +19,42 @@ std::string case_file(const std::string& path)
     return path + (path.ends_with('/') ? "" : "/") + "case.toml";
 }
 
+namespace {
+
+/// A text has no zero bytes; the words of a case file have many.
+bool is_binary(const std::string& path, const std::string& bytes, Diagnostics& diagnostics)
+{
+    if (bytes.find('\0') == std::string::npos)
+        return false;
+    VRK::ControllerInput record {};
+    std::istringstream stream(bytes);
+    diagnostics.error({ path },
+        VRK::read_case(stream, record) ? "this is a binary case file" : "this is no text",
+        "a readable case, such as `vortik show` prints of a binary one");
+    return true;
+}
+
+} // namespace
+
 std::optional<VRK::ControllerInput> read_case_text(
     const std::string& path, Diagnostics& diagnostics)
 {
     const std::string file = case_file(path);
-    const auto tree = read_toml(file, diagnostics);
+    const auto text = read_text(file, diagnostics);
+    return text ? case_of_text(*text, file, diagnostics) : std::nullopt;
+}
+
+std::optional<VRK::ControllerInput> case_of_text(
+    const std::string& text, const std::string& file, Diagnostics& diagnostics)
+{
+    if (is_binary(file, text, diagnostics))
+        return std::nullopt;
+    const auto tree = parse_toml(text, file, diagnostics);
     if (!tree)
         return std::nullopt;
     CaseTree read = read_case_tree(*tree, file, diagnostics);
-    // What follows would tell of values that were never read.
-    if (!diagnostics.failed())
-        check_case(read, directory_of(file), diagnostics);
+    check_case(read, directory_of(file), diagnostics);
+    check_bodies(read, diagnostics);
     if (diagnostics.failed())
         return std::nullopt;
     return std::move(read.record);

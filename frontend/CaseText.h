@@ -21,4 +21,8 @@ namespace Frontend {
 [[nodiscard]] std::optional<VRK::ControllerInput> read_case_text(
     const std::string& path, Diagnostics& diagnostics);
 
+/// The same of the text of a file with that name.
+[[nodiscard]] std::optional<VRK::ControllerInput> case_of_text(
+    const std::string& text, const std::string& file, Diagnostics& diagnostics);
+
 } // namespace Frontend

@@ -7,6 +7,7 @@
 #include "frontend/Tree.h"
 
 #include <map>
+#include <set>
 #include <string>
 
 namespace Frontend {
@@ -28,20 +29,27 @@ struct CaseTree {
     /// Values outside their range are only warned of: the text is that of an existing record.
     bool unchecked = false;
     Place whole; ///< for what stands nowhere
+    /// Keys whose values are not what the author meant, which has been reported: they are wrong, or
+    /// missing though they must be given. The record has defaults there.
+    std::set<std::string> faulty;
+    bool incomplete = false; ///< keys may have been lost with what could not be understood
 
     [[nodiscard]] Place place(const std::string& path) const;
+    /// Whether neither the key nor a table around it is faulty, so that something follows from it.
+    [[nodiscard]] bool sound(const std::string& path) const;
     /// An error, or, of an unchecked case, a warning.
     void fault(Diagnostics& diagnostics, const std::string& path, const std::string& what,
         const std::string& expected) const;
 };
 
 /// Reads every field of the record, and the body files, which are found from the directory of
-/// `file`. All that is wrong is reported.
+/// `file`. All that is wrong is reported, and defaults stand in its place.
 [[nodiscard]] CaseTree read_case_tree(
     const Value& tree, const std::string& file, Diagnostics& diagnostics);
 
-/// Every field of the record, with its unit and meaning as comments; marked as unchecked, so that
-/// reading it gives the same record whatever is in it.
+/// Every field of the record, with its unit and meaning as comments. It is marked as unchecked if
+/// it would not pass the checks, so that reading it gives the same record whatever is in it. Files
+/// are looked for from the working directory, where shown cases mostly go.
 [[nodiscard]] Value show_case_tree(const VRK::ControllerInput& record);
 
 /// The value of a field as its default is written.

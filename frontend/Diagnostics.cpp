@@ -7,6 +7,18 @@
 
 namespace Frontend {
 
+namespace {
+
+/// In a line of its own, whatever is in it.
+std::string in_one_line(std::string text)
+{
+    const auto breaks = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    std::replace_if(text.begin(), text.end(), breaks, '?');
+    return text;
+}
+
+} // namespace
+
 void Diagnostics::error(const Place& place, const std::string& what, const std::string& expected)
 {
     m_items.push_back({ place, expected.empty() ? what : what + "; expected " + expected });
@@ -28,11 +40,11 @@ void Diagnostics::print(std::ostream& stream) const
             < std::tie(b->place.file, b->place.line, b->place.column);
     });
     for (const Item* item : sorted) {
-        stream << item->place.file << ':';
+        stream << in_one_line(item->place.file) << ':';
         if (item->place.line > 0) // numbers as text: a stream may group digits
             stream << std::to_string(item->place.line) << ':' << std::to_string(item->place.column)
                    << ':';
-        stream << ' ' << item->text << '\n';
+        stream << ' ' << in_one_line(item->text) << '\n';
     }
 }
 

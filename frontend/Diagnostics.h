@@ -27,7 +27,7 @@ public:
     [[nodiscard]] std::size_t warnings() const { return m_items.size() - m_errors; }
 
     /// One line each, by place: "FILE:LINE:COLUMN: what is wrong; expected ...". A warning has
-    /// "warning: " before its text.
+    /// "warning: " before its text. Line ends in names and texts come out as "?".
     void print(std::ostream& stream) const;
 
 private:

@@ -15,15 +15,11 @@ struct LookedAtBody {
     std::string name; ///< "body 3", or that of its file
     Place place;
     const Facets* facets = nullptr;
-    double cell = 0.0; ///< length of the cells that meet it
+    double cell = 0.0; ///< length of the cells that meet it; 0 if that is not known
 };
 
 /// Edges of the triangles that do not have exactly two of them; without any the body is closed.
 [[nodiscard]] std::size_t open_edges(const Facets& facets);
-
-/// Share of the surface, 0 to 1, at which the body is thinner than `length`; of samples spread
-/// evenly over its triangles.
-[[nodiscard]] double thin_share(const Facets& facets, double length);
 
 /// Length of the cells of an approximate wetted surface: of the cube around all bodies.
 [[nodiscard]] double wetted_cell(const std::vector<const Facets*>& bodies, unsigned int level);
@@ -33,7 +29,8 @@ struct LookedAtBody {
 /// do not tell its corners apart.
 void check_body(const LookedAtBody& body, Diagnostics& diagnostics);
 
-/// The same for all bodies of a case, with the cells that it asks for.
+/// The same for all bodies of a case, with the cells that it asks for. Nothing is said of what
+/// follows from a field that is faulty.
 void check_bodies(const CaseTree& read, Diagnostics& diagnostics);
 
 } // namespace Frontend

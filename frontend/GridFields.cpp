@@ -50,7 +50,7 @@ Fields grid_fields(VRK::GridData& grid)
         { "hybrid", &grid.m_bHybrid, "", "hybrid grid; the viscous input is written" },
         { "prisms", &grid.m_bPrisms, "", "prisms in the hybrid stage" },
         { "viscous_file", PathText { &grid.m_fpViscInput }, "",
-            "file that receives `viscous_input`" },
+            "file that receives `viscous_input`, as seen from Grid_Output" },
         { "viscous_input", &grid.m_strViscInput, "", "the whole text of that file" },
         { "points", &grid.m_vecPoints, "m", "points x, y, z handed to the grid generator" },
         { "wetted_surface", wetted, "", "approximate wetted surface of all bodies" },

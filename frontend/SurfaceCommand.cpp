@@ -7,10 +7,12 @@
 #include "frontend/GeometryChecks.h"
 #include "frontend/SurfaceFigures.h"
 #include "frontend/TextFile.h"
+#include "frontend/ValueText.h"
 #include "geometry/SurfaceOutput.h"
 #include "geometry/TriangleCloud.h"
 #include "tavrobase/StringUtilities.h"
 
+#include <cmath>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -29,10 +31,31 @@ struct Input {
     std::optional<unsigned int> level;
 };
 
-/// The one case among the bodies, or nothing if they are body files.
+bool is_case(const std::string& body) { return is_directory(body) || body.ends_with(".toml"); }
+
+/// One case, which else are body files.
 bool is_case(const std::vector<std::string>& bodies)
 {
-    return bodies.size() == 1 && (is_directory(bodies[0]) || bodies[0].ends_with(".toml"));
+    return bodies.size() == 1 && is_case(bodies[0]);
+}
+
+/// What the command line alone shows to be wrong.
+void check_options(const SurfaceOptions& options, Diagnostics& diagnostics)
+{
+    for (const std::string& body : options.bodies) {
+        if (options.bodies.size() > 1 && is_case(body))
+            diagnostics.error({ body }, "a case is given together with something else",
+                "one case, or body files");
+    }
+    if (!options.scale)
+        return;
+    if (is_case(options.bodies))
+        diagnostics.error({ options.bodies[0] },
+            "--scale is given for a case, each body of which has a \"scale\" of its own",
+            "body files, or no --scale");
+    else if (!std::isfinite(*options.scale) || *options.scale <= 0.0)
+        diagnostics.error(
+            { "--scale" }, "the factor is " + number_text(*options.scale), "a number above 0");
 }
 
 Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
@@ -56,7 +79,7 @@ Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
         return input;
     }
     BodySource source;
-    source.scale = options.scale;
+    source.scale = options.scale.value_or(1.0);
     for (const std::string& path : options.bodies) {
         NamedFacets body { "this body", {} };
         read_body_file(path, { path }, diagnostics, body.facets);
@@ -82,11 +105,11 @@ void check_bodies(const Input& input, const SurfaceOptions& options, Diagnostics
 enum class Form { P3D, STL, VTK };
 std::optional<Form> form_of(const std::string& path)
 {
-    if (path.ends_with(".p3d"))
+    if (has_ending(path, ".p3d"))
         return Form::P3D;
-    if (path.ends_with(".stl"))
+    if (has_ending(path, ".stl"))
         return Form::STL;
-    if (path.ends_with(".vtk"))
+    if (has_ending(path, ".vtk"))
         return Form::VTK;
     return std::nullopt;
 }
@@ -157,6 +180,18 @@ void print_figures(const SurfaceOptions& options, unsigned int level, const Surf
               << NumToString(figures.mostCurvature) << " degrees\n";
 }
 
+void warn_of_holes(const std::string& output, const SurfaceFigures& figures)
+{
+    if (figures.openEdges == 0)
+        return;
+    std::cout.flush(); // the figures come first where both streams meet
+    Diagnostics diagnostics;
+    diagnostics.warning({ output },
+        "the surface is not closed: a body leaks, or is thinner than a cell somewhere; mend the "
+        "body, or try another level");
+    diagnostics.print(std::cerr);
+}
+
 int bad_input(const Diagnostics& diagnostics)
 {
     diagnostics.print(std::cerr);
@@ -169,10 +204,12 @@ int surface_command(const SurfaceOptions& options)
 {
     Diagnostics diagnostics;
     if (!form_of(options.output)) {
-        diagnostics.error({ options.output }, "the name ends in none of the forms there are",
+        diagnostics.error({ options.output }, "its ending tells no form of file that is known",
             "a name that ends in .p3d, .stl or .vtk");
-        return bad_input(diagnostics);
     }
+    check_options(options, diagnostics);
+    if (diagnostics.failed())
+        return bad_input(diagnostics);
     (void)may_write(options.output, options.force, diagnostics); // it is reported with what follows
     const Input input = read_bodies(options, diagnostics);
     if (!input.level && !diagnostics.failed())
@@ -212,6 +249,7 @@ int surface_command(const SurfaceOptions& options)
         return kFailed;
     }
     print_figures(options, *input.level, figures);
+    warn_of_holes(options.output, figures);
     return kFinished;
 }
 

@@ -11,7 +11,7 @@ namespace Frontend {
 struct SurfaceOptions {
     std::vector<std::string> bodies; ///< STL and OBJ files, or one case
     std::optional<unsigned int> level; ///< a case has one of its own
-    double scale = 1.0; ///< of body files
+    std::optional<double> scale; ///< of body files; a case has its own
     std::string output; ///< its ending says the form: p3d, stl or vtk
     bool force = false;
 };

@@ -5,6 +5,7 @@
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/SystemPath.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -23,6 +24,12 @@ bool exists(const std::string& path)
 {
     std::error_code ignored; // what cannot be looked at cannot be used either
     return fs::exists(fs::symlink_status(path, ignored));
+}
+
+bool is_file(const std::string& path)
+{
+    std::error_code ignored; // what cannot be looked at cannot be read either
+    return fs::is_regular_file(path, ignored);
 }
 
 std::optional<std::string> read_text(const std::string& path, Diagnostics& diagnostics)
@@ -68,6 +75,15 @@ bool write_bytes(const std::string& path, std::string_view bytes, Diagnostics& d
         return true;
     diagnostics.error({ path }, "the file cannot be written");
     return false;
+}
+
+bool has_ending(const std::string& path, const std::string& ending)
+{
+    const auto same
+        = [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); };
+    return path.size() >= ending.size()
+        && std::equal(path.end() - static_cast<std::ptrdiff_t>(ending.size()), path.end(),
+            ending.begin(), same);
 }
 
 std::string directory_of(const std::string& path)

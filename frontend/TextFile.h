@@ -25,7 +25,12 @@ namespace Frontend {
 /// A path as seen from a directory: absolute ones stay.
 [[nodiscard]] std::string path_from(const std::string& directory, const std::string& path);
 
+/// Whether a path ends so; `ending` is in small letters, the path may have capitals.
+[[nodiscard]] bool has_ending(const std::string& path, const std::string& ending);
+
 [[nodiscard]] bool is_directory(const std::string& path);
 [[nodiscard]] bool exists(const std::string& path);
+/// Whether a file with bytes of its own is there: a device or a pipe may never come to an end.
+[[nodiscard]] bool is_file(const std::string& path);
 
 } // namespace Frontend

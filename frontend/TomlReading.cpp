@@ -2,11 +2,12 @@
 // The one source that knows the TOML library: it is long to compile and its tree is not ours.
 #include "frontend/TomlReading.h"
 
-#include "frontend/TextFile.h"
+#include "frontend/TomlStatements.h"
 
 #include <toml++/toml.h>
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -77,6 +78,140 @@ Value tree_of(const toml::node& node)
     return value;
 }
 
+/// Marks what stands in the place of values that could not be understood.
+void mark_broken(Value& value, const std::set<unsigned int>& lines)
+{
+    if (value.kind == Value::Kind::Time && lines.contains(value.line))
+        value.broken = true;
+    for (Member& member : value.members)
+        mark_broken(member.value, lines);
+    for (Value& item : value.items)
+        mark_broken(item, lines);
+}
+
+/// A text whose faults are reported and taken out of it, one after the other, until what is left
+/// can be understood.
+class FaultyToml {
+public:
+    FaultyToml(const std::string& text, std::string name, Diagnostics& diagnostics)
+        : m_name(std::move(name))
+        , m_diagnostics(diagnostics)
+        , m_lines(lines_of(text))
+        , m_statements(statements_of(m_lines))
+    {
+    }
+
+    std::optional<Value> rest()
+    {
+        for (std::size_t i = 0; i < m_statements.size(); ++i) {
+            const Statement& one = m_statements[i];
+            const auto error = fault_of(joined(one.first, one.end));
+            if (!error)
+                continue;
+            if (!report(*error, one.first))
+                return std::nullopt;
+            mend(i);
+        }
+        // What is left are keys and tables that are given twice.
+        while (true) {
+            try {
+                Value tree = tree_of(toml::parse(joined(0, m_lines.size()), m_name));
+                mark_broken(tree, m_placeholders);
+                tree.broken = m_incomplete;
+                return tree;
+            } catch (const toml::parse_error& error) {
+                const std::size_t at = statement_at(error.source().begin.line);
+                if (!report(error, 0) || at == m_statements.size())
+                    return std::nullopt;
+                take_out(at);
+            }
+        }
+    }
+
+private:
+    static std::optional<toml::parse_error> fault_of(const std::string& text)
+    {
+        try {
+            (void)toml::parse(text); // only whether it can be understood
+        } catch (const toml::parse_error& error) {
+            return error;
+        }
+        return std::nullopt;
+    }
+
+    /// False if there are so many that this is another kind of file.
+    bool report(const toml::parse_error& error, std::size_t linesBefore)
+    {
+        constexpr std::size_t kMost = 20;
+        const auto begin = error.source().begin;
+        const Place place { m_name, begin.line + static_cast<unsigned int>(linesBefore),
+            begin.column };
+        m_diagnostics.error(place, "this is not TOML: " + std::string(error.description()));
+        if (++m_reported < kMost)
+            return true;
+        m_diagnostics.error(place, "after so many faults the rest has not been looked at");
+        return false;
+    }
+
+    [[nodiscard]] std::string joined(std::size_t first, std::size_t end) const
+    {
+        std::string text;
+        for (std::size_t i = first; i < end; ++i)
+            text += m_lines[i] + '\n';
+        return text;
+    }
+    [[nodiscard]] std::size_t statement_at(unsigned int line) const
+    {
+        std::size_t at = 0;
+        while (at < m_statements.size() && m_statements[at].end < line)
+            ++at;
+        return at;
+    }
+    void blank(const Statement& statement)
+    {
+        for (std::size_t i = statement.first; i < statement.end; ++i)
+            m_lines[i].clear();
+    }
+
+    /// Keeps of a statement what can be guessed: the table that it begins, or that there is a key.
+    void mend(std::size_t at)
+    {
+        const Statement& one = m_statements[at];
+        const std::string& line = m_lines[one.first];
+        // No key of a case is a date, so nothing else is taken for it.
+        const std::string guess = one.head ? mended_head(line)
+            : key_part(line).empty()       ? ""
+                                           : key_part(line) + " 0001-01-01";
+        if (guess.empty() || fault_of(guess)) {
+            m_incomplete = true; // it may have been any key
+            take_out(at);
+            return;
+        }
+        blank(one);
+        m_lines[one.first] = guess;
+        if (!one.head)
+            m_placeholders.insert(static_cast<unsigned int>(one.first + 1));
+    }
+
+    /// Without its head a table's keys would be those of the table before it.
+    void take_out(std::size_t at)
+    {
+        const bool head = m_statements[at].head;
+        m_incomplete = m_incomplete || head;
+        blank(m_statements[at]);
+        for (++at; head && at < m_statements.size() && !m_statements[at].head; ++at)
+            blank(m_statements[at]);
+    }
+
+    std::string m_name;
+    Diagnostics& m_diagnostics;
+    std::vector<std::string> m_lines;
+    std::vector<Statement> m_statements;
+    std::set<unsigned int> m_placeholders; ///< lines, from 1
+    std::size_t m_reported = 0;
+    bool m_incomplete = false;
+};
+
 } // namespace
 
 std::optional<Value> parse_toml(
@@ -84,18 +219,9 @@ std::optional<Value> parse_toml(
 {
     try {
         return tree_of(toml::parse(text, name));
-    } catch (const toml::parse_error& error) {
-        const auto place = error.source().begin;
-        diagnostics.error({ name, place.line, place.column },
-            "this is not TOML: " + std::string(error.description()));
-        return std::nullopt;
+    } catch (const toml::parse_error&) {
+        return FaultyToml(text, name, diagnostics).rest();
     }
-}
-
-std::optional<Value> read_toml(const std::string& path, Diagnostics& diagnostics)
-{
-    const auto text = read_text(path, diagnostics);
-    return text ? parse_toml(*text, path, diagnostics) : std::nullopt;
 }
 
 } // namespace Frontend

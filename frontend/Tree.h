@@ -37,6 +37,9 @@ struct Value {
     std::vector<Member> members; ///< of a table, in the order of the file
     std::string comment; ///< written beside or above the value
     bool inOneLine = false; ///< a table that is written as {...}
+    /// Something stands here that could not be understood, which has been reported. Of a whole
+    /// file: keys of it may have been lost.
+    bool broken = false;
 };
 
 /// A key of a table and its value.

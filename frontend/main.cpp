@@ -149,8 +149,7 @@ void add_surface_command(CLI::App& app, Action& chosen)
         ->required();
     command->add_option("--level", options->level,
         "Level of the cells: 2^N of them along the longest side of all bodies");
-    command->add_option("--scale", options->scale, "Factor on the coordinates of body files")
-        ->check(CLI::PositiveNumber);
+    command->add_option("--scale", options->scale, "Factor on the coordinates of body files");
     command
         ->add_option(
             "-o,--output", options->output, "File to write: .p3d, .stl, or .vtk for ParaView")

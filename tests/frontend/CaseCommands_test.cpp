@@ -186,10 +186,78 @@ TEST_F(CaseCommands, ShowGivesJsonForOtherPrograms)
     ASSERT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).status, 0);
     const auto shown = run({ "show", "plain.bin", "--json" });
     EXPECT_EQ(shown.status, 0);
-    EXPECT_TRUE(
-        shown.out.starts_with("{\n  \"unchecked\": true,\n  \"case\": {\n    \"name\": \"plain\","))
+    EXPECT_TRUE(shown.out.starts_with("{\n  \"case\": {\n    \"name\": \"plain\","))
         << shown.out.substr(0, 200);
     EXPECT_NE(shown.out.find("\"cells\": [16, 16, 16]"), std::string::npos);
+}
+
+TEST_F(CaseCommands, ShowMarksACaseAsUncheckedIfItWouldNotPass)
+{
+    const std::string mark = "unchecked = true # take values outside their range as they stand, "
+                             "with a warning; without this line they are errors\n";
+    const auto shown = [&](const std::string& text) {
+        write("case.toml", text);
+        EXPECT_EQ(run({ "build", "case.toml", "-o", "case.bin", "--force" }).status, 0);
+        const auto outcome = run({ "show", "case.bin" });
+        write("again.toml", outcome.out);
+        EXPECT_EQ(run({ "build", "again.toml", "-o", "again.bin", "--force" }).status, 0);
+        EXPECT_TRUE(read("case.bin") == read("again.bin"));
+        return outcome.out;
+    };
+    EXPECT_TRUE(shown(kPlainCase)
+                    .starts_with("rotor = [] # rotors, in the order of the rotor card\n"
+                                 "\n# what is run, and how\n[case]\n"));
+    const std::string odd
+        = "unchecked = true\n" + Testing::plain_case_with("level = 2", "level = 31");
+    EXPECT_TRUE(shown(odd).starts_with(mark));
+    // A level that is in order has been marked for nothing.
+    EXPECT_FALSE(shown("unchecked = true\n" + kPlainCase).starts_with(mark));
+    // Neither is a warning a reason: this case has no step to do.
+    EXPECT_FALSE(shown(Testing::plain_case_with("[[time.layer]]\nduration = 1.0\nsteps = 10\n", ""))
+                     .starts_with(mark));
+    // An airfoil table is looked for from where `vortik` is.
+    const std::string rotor = "[[rotor]]\nname = \"R\"\ncenter = [0, 0, 0]\nradius = 1\n"
+                              "tip_speed = 10\nblades = 2\n[[rotor.airfoil]]\nfile = \"a.dat\"\n";
+    write("a.dat", "no table");
+    EXPECT_FALSE(shown(kPlainCase + rotor).starts_with(mark));
+    EXPECT_TRUE(
+        shown("unchecked = true\n" + kPlainCase + rotor + "[[rotor.airfoil]]\nfile = \"b\"\n")
+            .starts_with(mark));
+}
+
+TEST_F(CaseCommands, ABinaryCaseWhereAReadableOneIsExpectedIsCalledSo)
+{
+    write("plain.toml", kPlainCase);
+    ASSERT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).status, 0);
+    const std::string said
+        = "plain.bin: this is a binary case file; expected a readable case, such as `vortik show` "
+          "prints of a binary one\nplain.bin: 1 error\n";
+    for (const Names& words :
+        { Names { "check", "plain.bin" }, { "build", "plain.bin", "-o", "again.bin" } }) {
+        const auto outcome = run(words);
+        EXPECT_EQ(outcome.status, 2) << words[0];
+        EXPECT_EQ(outcome.out, "") << words[0];
+        EXPECT_EQ(outcome.err, said) << words[0];
+    }
+    write("junk.bin", std::string("\1\0\2", 3));
+    EXPECT_EQ(run({ "check", "junk.bin" }).err,
+        "junk.bin: this is no text; expected a readable case, such as `vortik show` prints of a "
+        "binary one\njunk.bin: 1 error\n");
+    const auto shown = run({ "show", "plain.toml" });
+    EXPECT_EQ(shown.status, 2);
+    EXPECT_EQ(shown.err,
+        "plain.toml: this is a readable case already; expected a file that `vortik build` made\n");
+}
+
+TEST_F(CaseCommands, BuildDoesNotPutABinaryCaseInThePlaceOfAReadableOne)
+{
+    write("plain.toml", kPlainCase);
+    const auto outcome = run({ "build", "plain.toml", "-o", "plain.toml", "--force" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err,
+        "plain.toml: this is the name of a readable case; expected another ending for the binary "
+        "one, such as .bin\n");
+    EXPECT_EQ(read("plain.toml"), kPlainCase);
 }
 
 TEST_F(CaseCommands, ShowOfWhatIsNoCaseEndsWithTwo)

@@ -2,6 +2,7 @@
 #include "case/CaseFile.h"
 #include "case/CaseFileLayout.h"
 #include "frontend/CaseChecks.h"
+#include "frontend/CaseText.h"
 #include "frontend/CaseTree.h"
 #include "frontend/TomlReading.h"
 #include "frontend/TreeText.h"
@@ -144,6 +145,10 @@ TEST(VORTIK_ROUNDS_SUITE, RandomRecordsComeBackToEqualBytesThroughTheirText)
         if (seed <= 200) { // whatever is in it, all that is likely wrong can be reported
             Frontend::check_case(read, "/no/such/", diagnostics);
             ASSERT_GT(diagnostics.warnings(), 0U) << "seed " << seed;
+            Frontend::Diagnostics whole; // as `vortik build` does it
+            const auto built = Frontend::case_of_text(text, "shown.toml", whole);
+            ASSERT_TRUE(built) << "seed " << seed;
+            ASSERT_TRUE(bytes_of(*built) == bytes) << "seed " << seed;
         }
         total += bytes.size();
         hex += text.find("{ hex = ") != std::string::npos ? 1U : 0U;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/GeometryChecks.h"
 #include "frontend/models/BodyOfRevolution.h"
+#include "tests/frontend/Boxes.h"
 
 #include <gtest/gtest.h>
 
@@ -9,23 +10,7 @@
 namespace {
 
 using Frontend::Facets;
-
-/// A box from one corner to the other, closed, of 12 triangles.
-Facets box(double x0, double y0, double z0, double x1, double y1, double z1)
-{
-    const auto corner = [&](int i) {
-        return Tavro::Vector<double, 3> { (i & 1) != 0 ? x1 : x0, (i & 2) != 0 ? y1 : y0,
-            (i & 4) != 0 ? z1 : z0 };
-    };
-    Facets facets;
-    constexpr int kFaces[6][4] { { 0, 2, 3, 1 }, { 4, 5, 7, 6 }, { 0, 1, 5, 4 }, { 2, 6, 7, 3 },
-        { 0, 4, 6, 2 }, { 1, 3, 7, 5 } };
-    for (const auto& f : kFaces) {
-        facets.push_back({ { corner(f[0]), corner(f[1]), corner(f[2]) } });
-        facets.push_back({ { corner(f[0]), corner(f[2]), corner(f[3]) } });
-    }
-    return facets;
-}
+using Testing::box;
 
 std::string warnings(const Facets& facets, double cell)
 {
@@ -55,8 +40,28 @@ TEST(GeometryChecks, AMissingTriangleOpensItsThreeEdges)
     facets.pop_back();
     EXPECT_EQ(Frontend::open_edges(facets), 3U);
     EXPECT_EQ(warnings(facets, 0.1),
-        "case:3:1: warning: body 1 is not closed: 3 edges do not have two triangles; air leaks in "
-        "there, and its wetted surface comes out as an open sheet\n");
+        "case:3:1: warning: body 1 is not closed: 3 edges have only one triangle; through a hole "
+        "larger than a cell air leaks in, and the wetted surface comes out as an open sheet\n");
+}
+
+TEST(GeometryChecks, ATriangleThatIsThereTwiceMakesThreeOddEdges)
+{
+    Facets facets = box(0, 0, 0, 1, 1, 1);
+    facets.push_back(facets[0]);
+    EXPECT_EQ(warnings(facets, 0.1),
+        "case:3:1: warning: body 1 does not tell inside from outside: 3 edges have an odd number "
+        "of "
+        "triangles; some of them are there twice, or make walls within it\n");
+}
+
+TEST(GeometryChecks, PartsThatTouchAtAnEdgeAreClosed)
+{
+    Facets facets
+        = box(0, 0, 0, 1, 1, 1); // the edge from (1, 1, 0) to (1, 1, 1) has four triangles
+    const Facets second = box(1, 1, 0, 2, 2, 1);
+    facets.insert(facets.end(), second.begin(), second.end());
+    EXPECT_EQ(Frontend::open_edges(facets), 1U);
+    EXPECT_EQ(warnings(facets, 0.1), "");
 }
 
 TEST(GeometryChecks, ATriangleWithoutAreaOpensNothing)
@@ -75,19 +80,43 @@ TEST(GeometryChecks, ZerosOfBothSignsAreOnePoint)
 
 TEST(GeometryChecks, APlateThinnerThanACellIsReported)
 {
-    // A plate of 0.1: its two large faces, 4 of 12 triangles, are 0.1 from each other.
+    // A plate of 0.1: its two large faces, 2 of an area of 2.4, are 0.1 from each other.
     EXPECT_EQ(warnings(box(0, 0, 0, 1, 1, 0.1), 0.2),
-        "case:3:1: warning: body 1 is thinner than a cell of 0.2 at about 33 % of its surface; it "
+        "case:3:1: warning: body 1 is thinner than a cell of 0.2 at about 83 % of its surface; it "
         "becomes a sheet there or vanishes, so ask for a higher level\n");
     EXPECT_EQ(warnings(box(0, 0, 0, 1, 1, 0.1), 0.05), "");
 }
 
-TEST(GeometryChecks, ThicknessDoesNotDependOnTheWinding)
+TEST(GeometryChecks, AThinPartOfALargeBodyIsReported)
 {
-    Facets facets = box(0, 0, 0, 1, 1, 0.1);
-    for (auto& facet : facets)
-        std::swap(facet[0], facet[1]);
-    EXPECT_NEAR(Frontend::thin_share(facets, 0.2), 1.0 / 3.0, 1e-12);
+    // A fuselage of 10 x 2 x 2 and, in the same file, a wing of 1.5 x 0.8 x 0.05 beside it. Of the
+    // area 88 + 2.63 the wing's faces, 2.4, are 3 %, and each is 120 cells of 0.1 large.
+    Facets facets = box(0, 0, 0, 10, 2, 2);
+    const Facets wing = box(4, 3, 1, 5.5, 3.8, 1.05);
+    facets.insert(facets.end(), wing.begin(), wing.end());
+    EXPECT_EQ(warnings(facets, 0.1),
+        "case:3:1: warning: body 1 is thinner than a cell of 0.1 at about 3 % of its surface; it "
+        "becomes a sheet there or vanishes, so ask for a higher level\n");
+    EXPECT_EQ(warnings(facets, 0.04), "");
+}
+
+TEST(GeometryChecks, APartOfLessThanOnePercentIsReportedToo)
+{
+    Facets facets = box(0, 0, 0, 100, 20, 20);
+    const Facets wing = box(40, 30, 1, 41.5, 30.8, 1.05);
+    facets.insert(facets.end(), wing.begin(), wing.end());
+    EXPECT_EQ(warnings(facets, 0.1),
+        "case:3:1: warning: body 1 is thinner than a cell of 0.1 at less than 1 % of its surface; "
+        "it becomes a sheet there or vanishes, so ask for a higher level\n");
+}
+
+TEST(GeometryChecks, TheTipOfAConeIsNoThinPart)
+{
+    // A cone of length 20 and diameter 4, whose sides meet at 11.4 degrees: thinner than 0.1 within
+    // 0.1 / tan(11.4 degrees) = 0.5 of its tip, on pi x 0.5 x 0.05 = 0.08 of it: 8 cells.
+    const Facets cone = Examples::body_of_revolution(
+        { { 0, 0 }, { 1, 0.1 }, { 5, 0.5 }, { 20, 2 }, { 20, 0 } }, 0, 48);
+    EXPECT_EQ(warnings(cone, 0.1), "");
 }
 
 TEST(GeometryChecks, LongCellsSuggestMetres)
@@ -102,6 +131,29 @@ TEST(GeometryChecks, ABodyFarFromTheOriginCollapsesInSixDigits)
 {
     // At 1e6 six digits tell 10 apart, but not 1: the corners of each triangle fall together.
     EXPECT_EQ(warnings(box(2e6, 2e6, 2e6, 2e6 + 1, 2e6 + 1, 2e6 + 1), 0.1),
+        "case:3:1: warning: body 1 lies so far from the origin that 12 of its triangles collapse "
+        "when six digits of their coordinates are written; move it nearer (translate)\n");
+}
+
+TEST(GeometryChecks, AnOpenBodyIsStillLookedAtForItsUnitAndPlace)
+{
+    // Corners at 2e6 and 2e6 + 1, cells of 150, and a triangle missing. How thick it is, nobody
+    // knows.
+    Facets facets = box(2e6, 2e6, 2e6, 2e6 + 1, 2e6 + 1, 2e6 + 1);
+    facets.pop_back();
+    EXPECT_EQ(warnings(facets, 150),
+        "case:3:1: warning: body 1 is not closed: 3 edges have only one triangle; through a hole "
+        "larger than a cell air leaks in, and the wetted surface comes out as an open sheet\n"
+        "case:3:1: warning: body 1 meets cells 150 long; results drift where cells are longer than "
+        "about 100 units of length, so give it in metres (scale = 0.001 makes metres of "
+        "millimetres)\n"
+        "case:3:1: warning: body 1 lies so far from the origin that 11 of its triangles collapse "
+        "when six digits of their coordinates are written; move it nearer (translate)\n");
+}
+
+TEST(GeometryChecks, WithoutAKnownCellTheRestIsStillLookedAt)
+{
+    EXPECT_EQ(warnings(box(2e6, 2e6, 2e6, 2e6 + 1, 2e6 + 1, 2e6 + 1), 0.0),
         "case:3:1: warning: body 1 lies so far from the origin that 12 of its triangles collapse "
         "when six digits of their coordinates are written; move it nearer (translate)\n");
 }

@@ -98,7 +98,7 @@ TEST_F(SurfaceCommand, FaultsAreReportedBeforeAnythingIsMade)
 {
     make_sphere();
     EXPECT_EQ(run({ "surface", "s/sphere.stl", "--level", "2", "-o", "a.xyz" }).err,
-        "a.xyz: the name ends in none of the forms there are; expected a name that ends in .p3d, "
+        "a.xyz: its ending tells no form of file that is known; expected a name that ends in .p3d, "
         ".stl or .vtk\n");
     EXPECT_EQ(run({ "surface", "s/sphere.stl", "-o", "a.stl" }).err,
         "s/sphere.stl: body files have no level of cells; expected --level N, such as --level 6\n");
@@ -116,6 +116,60 @@ TEST_F(SurfaceCommand, FaultsAreReportedBeforeAnythingIsMade)
     EXPECT_EQ(run({ "surface", "s/empty.toml", "-o", "a.stl" }).err,
         "s/empty.toml: the case has no bodies\n");
     EXPECT_EQ(Testing::names_in(path("")), std::vector<std::string> { "s" });
+}
+
+TEST_F(SurfaceCommand, TheScaleMustBeAboveZero)
+{
+    make_sphere();
+    for (const auto& [given, shown] :
+        { std::pair { "0", "0.0" }, { "-2", "-2.0" }, { "nan", "nan" }, { "inf", "inf" } }) {
+        const auto outcome
+            = run({ "surface", "s/sphere.stl", "--level", "2", "--scale", given, "-o", "a.stl" });
+        EXPECT_EQ(outcome.status, 2) << given;
+        EXPECT_EQ(outcome.err,
+            std::string("--scale: the factor is ") + shown + "; expected a number above 0\n");
+    }
+}
+
+TEST_F(SurfaceCommand, ACaseHasItsOwnScale)
+{
+    make_sphere();
+    const auto outcome = run({ "surface", "s", "--scale", "2", "-o", "a.stl" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err,
+        "s: --scale is given for a case, each body of which has a \"scale\" of its own; expected "
+        "body files, or no --scale\n");
+}
+
+TEST_F(SurfaceCommand, ACaseStandsAlone)
+{
+    make_sphere();
+    EXPECT_EQ(run({ "surface", "s/sphere.stl", "s", "--level", "2", "-o", "a.stl" }).err,
+        "s: a case is given together with something else; expected one case, or body files\n");
+}
+
+TEST_F(SurfaceCommand, AnEndingInCapitalsIsAnEndingToo)
+{
+    make_sphere();
+    EXPECT_EQ(run({ "surface", "s/sphere.stl", "--level", "2", "-o", "A.VTK" }).status, 0);
+    EXPECT_TRUE(read("A.VTK").starts_with("# vtk DataFile Version 3.0\n"));
+}
+
+TEST_F(SurfaceCommand, ASurfaceThatIsNotClosedIsWarnedOf)
+{
+    // A box of 2 without its top: the skin of it has an inside and an outside, and a rim.
+    Testing::write_file(path("open.obj"),
+        "v 0 0 0\nv 2 0 0\nv 2 2 0\nv 0 2 0\nv 0 0 2\nv 2 0 2\nv 2 2 2\nv 0 2 2\n"
+        "f 1 3 2\nf 1 4 3\nf 1 2 6\nf 1 6 5\nf 2 3 7\nf 2 7 6\nf 3 4 8\nf 3 8 7\n"
+        "f 4 1 5\nf 4 5 8\n");
+    const auto outcome = run({ "surface", "open.obj", "--level", "3", "-o", "skin.stl" });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err,
+        "open.obj: warning: this body is not closed: 4 edges have only one triangle; through a "
+        "hole larger than a cell air leaks in, and the wetted surface comes out as an open sheet\n"
+        "skin.stl: warning: the surface is not closed: a body leaks, or is thinner than a cell "
+        "somewhere; mend the body, or try another level\n");
+    EXPECT_NE(outcome.out.find("  closed     no; "), std::string::npos) << outcome.out;
 }
 
 TEST_F(SurfaceCommand, AnOutputThatCannotBeWrittenFails)
