@@ -64,14 +64,14 @@ std::vector<NewFile> robin_files()
 
 std::vector<NewFile> turbine_files()
 {
-    const Examples::Profile tower { { 0.0, 0.0 }, { 0.0, 3.0 }, { 29.0, 2.645 }, { 58.0, 2.29 },
-        { 88.5, 1.935 }, { 88.5, 0.0 } };
+    Examples::Profile tower = Examples::dome_profile(0.0, 1.0, 3.0, 8);
+    tower.insert(tower.end(), { { 29.0, 2.645 }, { 58.0, 2.29 }, { 88.5, 1.935 }, { 88.5, 0.0 } });
     return {
         { "tower.stl", stl_bytes("tower, metres", Examples::body_of_revolution(tower, 2, 48)) },
         { "nacelle.stl",
             stl_bytes("nacelle, metres",
                 Examples::body_of_revolution(
-                    Examples::ellipsoid_profile(-4.0, 14.0, 2.5, 24), 0, 32)) },
+                    Examples::ellipsoid_profile(-4.0, 14.5, 2.5, 24), 0, 32)) },
         { "blade.dat", airfoil_bytes("turbine blade, simple model") },
     };
 }

@@ -50,6 +50,17 @@ std::vector<Tavro::Facet<double, 3, 3>> body_of_revolution(
     return facets;
 }
 
+Profile dome_profile(double begin, double length, double radius, int rings)
+{
+    Profile profile;
+    for (int i = 0; i <= rings; ++i) {
+        const double angle = std::numbers::pi / 2.0 * i / rings;
+        profile.push_back(
+            { begin + length * (1.0 - std::cos(angle)), i == 0 ? 0.0 : radius * std::sin(angle) });
+    }
+    return profile;
+}
+
 Profile ellipsoid_profile(double begin, double length, double radius, int rings)
 {
     Profile profile;

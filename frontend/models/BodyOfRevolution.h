@@ -16,6 +16,10 @@ using Profile = std::vector<std::array<double, 2>>;
 [[nodiscard]] std::vector<Tavro::Facet<double, 3, 3>> body_of_revolution(
     const Profile& profile, std::size_t axis, int around);
 
+/// The beginning of a profile: a rounded end that reaches its radius behind `length`, without an
+/// edge there.
+[[nodiscard]] Profile dome_profile(double begin, double length, double radius, int rings);
+
 /// The profile of a sphere, or of an ellipsoid if `length` is not twice the radius.
 [[nodiscard]] Profile ellipsoid_profile(double begin, double length, double radius, int rings);
 

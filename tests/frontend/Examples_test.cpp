@@ -48,10 +48,27 @@ TEST(Examples, TheAdaptiveRobinIsACaseThatBuilds)
     expect_whole("robin-adaptive", "2 bodies of 7,136 triangles, 1 rotor, 108 time steps");
 }
 
-// The tower has two flat ends of 48 and three rings of 96 between, the nacelle 22 x 64 + 2 x 32.
+// The tower has 48 triangles at each end, seven rings of 96 in its foot and three above, the
+// nacelle 22 x 64 + 2 x 32.
 TEST(Examples, TheWindTurbineIsACaseThatBuilds)
 {
-    expect_whole("wind-turbine", "2 bodies of 1,856 triangles, 1 rotor, 252 time steps");
+    expect_whole("wind-turbine", "2 bodies of 2,528 triangles, 1 rotor, 252 time steps");
+}
+
+TEST(Examples, TheSkinOfTheWindTurbineIsClosedFromCoarseToFine)
+{
+    const Testing::TemporaryDirectory directory;
+    const auto run = [&directory](const std::vector<std::string>& arguments) {
+        return run_vortik(directory.path(), arguments);
+    };
+    ASSERT_EQ(run({ "new", "t", "--example", "wind-turbine" }).status, 0);
+    // Cells of 3.2, 1.6 and 0.8 m; level 8, with 0.4 m, is its own and takes longer.
+    for (const char* level : { "5", "6", "7" }) {
+        const auto made = run({ "surface", "t", "--level", level, "-o", "skin.stl", "--force" });
+        EXPECT_EQ(made.status, 0) << level;
+        EXPECT_NE(made.out.find("  closed     yes\n"), std::string::npos) << level << made.out;
+        EXPECT_EQ(made.err, "") << level;
+    }
 }
 
 TEST(Examples, TheSphereIsACaseThatBuilds)
@@ -106,6 +123,27 @@ TEST(Examples, TheRobinBodiesAreClosed)
 {
     EXPECT_EQ(Frontend::open_edges(Examples::robin_fuselage(1.0, 30, 24)), 0U);
     EXPECT_EQ(Frontend::open_edges(Examples::robin_pylon(1.0, 12, 16)), 0U);
+}
+
+TEST(Examples, AnotherRotorSpeedIsAChangeOfAFewNumbers)
+{
+    // As the manual has it: 90 % of the speed, and the times of two revolutions, in both layers.
+    const Testing::TemporaryDirectory directory;
+    ASSERT_EQ(run_vortik(directory.path(), { "new", "r", "--example", "robin" }).status, 0);
+    std::string text = Testing::read_file(directory.path("r/case.toml"));
+    const auto replace_all = [&text](const std::string& from, const std::string& to) {
+        std::size_t count = 0;
+        for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at), ++count)
+            text.replace(at, from.size(), to);
+        return count;
+    };
+    EXPECT_EQ(replace_all("\ntip_speed = 190.1952", "\ntip_speed = 171.17568"), 1U);
+    EXPECT_EQ(replace_all("\nduration = 0.0284289", "\nduration = 0.0315877"), 2U);
+    EXPECT_EQ(replace_all(" = [28.52928,", " = [25.676352,"), 6U);
+    Testing::write_file(directory.path("r/case.toml"), text);
+    const auto checked = run_vortik(directory.path(), { "check", "r" });
+    EXPECT_EQ(checked.err, "");
+    EXPECT_EQ(checked.status, 0);
 }
 
 TEST(Examples, AirfoilTablesCoverAllAnglesAndMachNumbersUpToOne)
