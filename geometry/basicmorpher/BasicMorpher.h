@@ -89,6 +89,10 @@ public:
     /// one edge more; they and the edge are removed.
     /// Errors: `BasicMorpherException` if these are not its halves, or a face of it lacks it.
     void ReplaceOverlappingEdge(EdgeIt edge, EdgeIt half0, EdgeIt half1);
+    /// The same while all crossed edges are being split, this one among them: a face with a further
+    /// crossed edge is left the same face until that one is replaced. In the end all is as if each
+    /// had become a new one every time.
+    void ReplaceCrossedEdge(EdgeIt edge, EdgeIt half0, EdgeIt half1);
     /// Puts these faces in the place of one in all its cells, and removes it.
     void ReplaceOverlappingFace(FaceIt face, std::span<const FaceIt> faces);
 
@@ -175,6 +179,9 @@ private:
     [[nodiscard]] CellIt FindOrAddCell(std::span<const std::span<const EdgeIt>> rings);
     /// Of the edges ab, ac, ad, bc, cd, db.
     [[nodiscard]] CellIt FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges);
+    /// Faces stay the same as long as `keepWhile(replacement)` holds, but for their rings.
+    template <typename KeepWhile>
+    void ReplaceEdge(EdgeIt edge, EdgeIt half0, EdgeIt half1, const KeepWhile& keepWhile);
     /// Step by step, so that what is wrong with the cell comes to light.
     void SplitIrregularCell(CellIt cell);
 

@@ -18,8 +18,6 @@ struct Move {
     Position m_vTarget;
 };
 
-bool IsCrossed(const Edge& edge) { return edge.m_vIntersection[0] != kNone<double>; }
-
 double Distance(const Position& p, const Position& q)
 {
     const Position apart = Tavro::Subtract(p, q);
@@ -91,7 +89,7 @@ bool SplitEdges(BasicMorpher& morpher)
         const VertIt vert = morpher.AddVert(middle);
         const EdgeIt first = morpher.AddEdge(Edge(edge->m_itVert0, vert));
         const EdgeIt second = morpher.AddEdge(Edge(vert, edge->m_itVert1));
-        morpher.ReplaceOverlappingEdge(edge, first, second);
+        morpher.ReplaceCrossedEdge(edge, first, second);
         ++morpher.m_counters.m_splitEdges;
         any = true;
     }

@@ -27,6 +27,12 @@ using SplitSlots = std::array<VertIt, 6>;
     return edge.m_itVert0->m_bOnSurface && edge.m_itVert1->m_bOnSurface;
 }
 
+/// It has a crossing point.
+[[nodiscard]] inline bool IsCrossed(const Edge& edge)
+{
+    return edge.m_vIntersection[0] != Tavro::kNone<double>;
+}
+
 /// One face of a set on one of its edges.
 struct EdgeUse {
     EdgeUse(EdgeIt edge, FaceIt face)

@@ -139,6 +139,55 @@ TEST(ReplaceOverlappingEdge, AnEdgeWithoutFacesStays)
     EXPECT_EQ(counts(complex), (Counts { 3, 3, 0, 0 }));
 }
 
+TEST(ReplaceCrossedEdge, AFaceStaysTheSameUntilItsLastCrossedEdgeIsReplaced)
+{
+    Triangle t; // the ring ab, bc, ca
+    t.ab->m_vIntersection = { 2, 0, 0 };
+    t.bc->m_vIntersection = { 2, 1.5, 0 };
+    const Halves onAb(t.m_complex, t.ab, { 2, 0, 0 });
+    t.m_complex.ReplaceCrossedEdge(t.ab, onAb.m_first, onAb.m_second);
+    EXPECT_EQ(counts(t.m_complex), (Counts { 4, 4, 1, 0 })) << "the edge is gone";
+    EXPECT_EQ(t.m_complex.m_lstFaces.begin(), t.m_face);
+    EXPECT_EQ(corners(t.m_face), (Verts { t.a, onAb.m_middle, t.b, t.c }));
+    EXPECT_EQ(listed(onAb.m_first->m_vecFaces), Faces { t.m_face });
+    EXPECT_EQ(listed(onAb.m_second->m_vecFaces), Faces { t.m_face });
+
+    const Halves onBc(t.m_complex, t.bc, { 2, 1.5, 0 });
+    t.m_complex.ReplaceCrossedEdge(t.bc, onBc.m_first, onBc.m_second);
+    EXPECT_EQ(counts(t.m_complex), (Counts { 5, 5, 1, 0 }));
+    const FaceIt face = t.m_complex.m_lstFaces.begin();
+    EXPECT_NE(face, t.m_face);
+    EXPECT_EQ(corners(face), (Verts { t.a, onAb.m_middle, t.b, onBc.m_middle, t.c }));
+    for (const EdgeIt edge : { onAb.m_first, onAb.m_second, onBc.m_first, onBc.m_second, t.ca })
+        EXPECT_EQ(listed(edge->m_vecFaces), Faces { face });
+}
+
+TEST(ReplaceCrossedEdge, AFaceThatStaysGoesToTheEndOfTheArraysOfEdgesToCome)
+{
+    // Two triangles on ab, of which one has a further crossed edge with a third triangle on it.
+    Complex complex;
+    const VertIt a = complex.AddVert(Vert({ 0, 0, 0 }));
+    const VertIt b = complex.AddVert(Vert({ 4, 0, 0 }));
+    const VertIt c = complex.AddVert(Vert({ 0, 3, 0 }));
+    const VertIt d = complex.AddVert(Vert({ 4, 3, 0 }));
+    const EdgeIt ab = complex.AddEdge({ a, b });
+    const EdgeIt bc = complex.AddEdge({ b, c });
+    const EdgeIt ca = complex.AddEdge({ c, a });
+    const EdgeIt cd = complex.AddEdge({ c, d });
+    const EdgeIt db = complex.AddEdge({ d, b });
+    const Edges lower { ab, bc, ca };
+    const Edges upper { bc, cd, db };
+    const FaceIt first = complex.AddFace(Face(lower));
+    const FaceIt second = complex.AddFace(Face(upper));
+    ab->m_vIntersection = { 2, 0, 0 };
+    bc->m_vIntersection = { 2, 1.5, 0 };
+    ASSERT_EQ(listed(bc->m_vecFaces), (Faces { first, second }));
+    const Halves onAb(complex, ab, { 2, 0, 0 });
+    complex.ReplaceCrossedEdge(ab, onAb.m_first, onAb.m_second);
+    EXPECT_EQ(listed(bc->m_vecFaces), (Faces { second, first })) << "as a new one would";
+    EXPECT_EQ(listed(ca->m_vecFaces), Faces { first });
+}
+
 TEST(ReplaceOverlappingEdge, HalvesThatDoNotReachBothEndsAreRefused)
 {
     Tetrahedron t;
