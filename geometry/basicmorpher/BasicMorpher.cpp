@@ -28,9 +28,12 @@ EdgeIt BasicMorpher::AddEdge(const Edge& edge)
     return added;
 }
 
-FaceIt BasicMorpher::AddFace(const Face& face)
+FaceIt BasicMorpher::AddFace(const Face& face) { return EmplaceFace(face); }
+
+template <typename FaceOrRing>
+FaceIt BasicMorpher::EmplaceFace(const FaceOrRing& made)
 {
-    const FaceIt added = m_lstFaces.emplace_front(face);
+    const FaceIt added = m_lstFaces.emplace_front(made);
     for (const EdgeIt edge : added->m_vecEdges)
         edge->m_vecFaces.push_back(added);
     return added;
@@ -64,10 +67,45 @@ EdgeIt BasicMorpher::FindEdge(VertIt vert0, VertIt vert1) const
     return m_lstEdges.end();
 }
 
+namespace {
+
+/// The only face on three edges; none if there is no face on all of them, or more than one.
+FaceIt OnlyFaceOn(std::span<const EdgeIt, 3> edges, bool& areMore)
+{
+    // Most faces are sought where they are not: on edges that are new, or have few others.
+    const auto& faces0 = edges[0]->m_vecFaces;
+    const auto& faces1 = edges[1]->m_vecFaces;
+    const auto& faces2 = edges[2]->m_vecFaces;
+    const bool isSecondLess = faces1.size() < faces0.size();
+    const auto& fewer = isSecondLess ? faces1 : faces0;
+    const auto& more = isSecondLess ? faces0 : faces1;
+    const bool isThirdLeast = faces2.size() < fewer.size();
+    const auto& fewest = isThirdLeast ? faces2 : fewer;
+    const auto& others = isThirdLeast ? fewer : faces2;
+    FaceIt only;
+    for (const FaceIt face : fewest) {
+        if (!others.contains(face) || !more.contains(face))
+            continue;
+        areMore = only != FaceIt();
+        if (areMore)
+            return {};
+        only = face;
+    }
+    return only;
+}
+
+} // namespace
+
 FaceIt BasicMorpher::FindFace(std::span<const EdgeIt> edges) const
 {
     if (edges.size() < 3 || std::count(edges.begin(), edges.end(), m_lstEdges.end()) != 0)
         return m_lstFaces.end();
+    if (edges.size() == 3) {
+        bool areMore = false;
+        const FaceIt only = OnlyFaceOn(edges.first<3>(), areMore);
+        if (!areMore)
+            return only;
+    }
     for (const FaceIt face : edges[0]->m_vecFaces) {
         if (std::all_of(edges.begin() + 1, edges.end(),
                 [face](EdgeIt edge) { return edge->m_vecFaces.contains(face); }))

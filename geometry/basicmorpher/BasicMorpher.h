@@ -175,10 +175,16 @@ public:
 private:
     [[nodiscard]] VertIt FindOrAddVert(const Position& position);
     [[nodiscard]] EdgeIt FindOrAddEdge(VertIt vert0, VertIt vert1);
-    /// The cell on the faces with these edges.
-    [[nodiscard]] CellIt FindOrAddCell(std::span<const std::span<const EdgeIt>> rings);
-    /// Of the edges ab, ac, ad, bc, cd, db.
-    [[nodiscard]] CellIt FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges);
+    /// Makes the face in its place, of a face or of its ring.
+    template <typename FaceOrRing>
+    FaceIt EmplaceFace(const FaceOrRing& made);
+    /// The cell on the faces with these edges. Faces that are known to be the only ones on their
+    /// edges are not sought; those that are added become known.
+    [[nodiscard]] CellIt FindOrAddCell(
+        std::span<const std::span<const EdgeIt>> rings, std::span<FaceIt> knownFaces);
+    /// Of the edges ab, ac, ad, bc, cd, db and the faces abc, acd, adb, bcd.
+    [[nodiscard]] CellIt FindOrAddTetrahedron(
+        const std::array<EdgeIt, 6>& edges, std::array<FaceIt, 4>& knownFaces);
     /// Faces stay the same as long as `keepWhile(replacement)` holds, but for their rings.
     template <typename KeepWhile>
     void ReplaceEdge(EdgeIt edge, EdgeIt half0, EdgeIt half1, const KeepWhile& keepWhile);

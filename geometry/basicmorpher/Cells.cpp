@@ -18,6 +18,18 @@ constexpr std::array<std::array<std::size_t, 3>, 6> kTetrahedra { {
     { 4, 6, 7 },
 } };
 
+/// The diagonal that all of them share goes there from the first corner.
+constexpr std::size_t kDiagonalEnd = 6;
+
+/// What a face of the first corner and these two has besides the diagonal; its end if the face is
+/// not on it.
+constexpr std::size_t ThirdCorner(std::size_t p, std::size_t q)
+{
+    if (p == kDiagonalEnd)
+        return q;
+    return q == kDiagonalEnd ? p : kDiagonalEnd;
+}
+
 } // namespace
 
 VertIt BasicMorpher::FindOrAddVert(const Position& position)
@@ -32,20 +44,26 @@ EdgeIt BasicMorpher::FindOrAddEdge(VertIt vert0, VertIt vert1)
     return found != m_lstEdges.end() ? found : AddEdge(Edge(vert0, vert1));
 }
 
-CellIt BasicMorpher::FindOrAddCell(std::span<const std::span<const EdgeIt>> rings)
+CellIt BasicMorpher::FindOrAddCell(
+    std::span<const std::span<const EdgeIt>> rings, std::span<FaceIt> knownFaces)
 {
     Cell cell;
     bool allWereThere = true;
-    for (const std::span<const EdgeIt> ring : rings) {
-        const FaceIt found = FindFace(ring);
-        allWereThere = allWereThere && found != m_lstFaces.end();
-        cell.m_vecFaces.push_back(found != m_lstFaces.end() ? found : AddFace(Face(ring)));
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        FaceIt face = knownFaces[i] != FaceIt() ? knownFaces[i] : FindFace(rings[i]);
+        if (face == FaceIt()) {
+            allWereThere = false;
+            face = AddFace(Face(rings[i]));
+            knownFaces[i] = face;
+        }
+        cell.m_vecFaces.push_back(face);
     }
     const CellIt found = allWereThere ? FindCell(cell.m_vecFaces) : m_lstCells.end();
     return found != m_lstCells.end() ? found : AddCell(cell);
 }
 
-CellIt BasicMorpher::FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges)
+CellIt BasicMorpher::FindOrAddTetrahedron(
+    const std::array<EdgeIt, 6>& edges, std::array<FaceIt, 4>& knownFaces)
 {
     const auto& [ab, ac, ad, bc, cd, db] = edges;
     const std::array abc { ab, bc, ac };
@@ -53,7 +71,7 @@ CellIt BasicMorpher::FindOrAddTetrahedron(const std::array<EdgeIt, 6>& edges)
     const std::array adb { ad, db, ab };
     const std::array bcd { bc, cd, db };
     ++m_counters.m_tetrahedra;
-    return FindOrAddCell(std::array<std::span<const EdgeIt>, 4> { abc, acd, adb, bcd });
+    return FindOrAddCell(std::array<std::span<const EdgeIt>, 4> { abc, acd, adb, bcd }, knownFaces);
 }
 
 CellIt BasicMorpher::AddTetrahedralCell(const Position& a, const Position& b, const Position& c,
@@ -63,10 +81,12 @@ CellIt BasicMorpher::AddTetrahedralCell(const Position& a, const Position& b, co
     const VertIt vertB = FindOrAddVert(b);
     const VertIt vertC = FindOrAddVert(c);
     const VertIt vertD = FindOrAddVert(d);
+    std::array<FaceIt, 4> noneKnown;
     // Braces keep the order in which edges are added.
-    const CellIt cell = FindOrAddTetrahedron({ FindOrAddEdge(vertA, vertB),
-        FindOrAddEdge(vertA, vertC), FindOrAddEdge(vertA, vertD), FindOrAddEdge(vertB, vertC),
-        FindOrAddEdge(vertC, vertD), FindOrAddEdge(vertD, vertB) });
+    const CellIt cell = FindOrAddTetrahedron(
+        { FindOrAddEdge(vertA, vertB), FindOrAddEdge(vertA, vertC), FindOrAddEdge(vertA, vertD),
+            FindOrAddEdge(vertB, vertC), FindOrAddEdge(vertC, vertD), FindOrAddEdge(vertD, vertB) },
+        noneKnown);
     cell->m_vecTriangles.Append(facets);
     return cell;
 }
@@ -104,8 +124,10 @@ CellIt BasicMorpher::AddHexahedralCell(const Position& c0, const Position& c1, c
     const std::array back { e23, e37, e67, e26 };
     const std::array left { e30, e04, e74, e37 };
     ++m_counters.m_hexahedra;
+    std::array<FaceIt, 6> noneKnown;
     return FindOrAddCell(
-        std::array<std::span<const EdgeIt>, 6> { bottom, top, front, right, back, left });
+        std::array<std::span<const EdgeIt>, 6> { bottom, top, front, right, back, left },
+        noneKnown);
 }
 
 void BasicMorpher::AddCell(const Position& c0, const Position& c1, const Position& c2,
@@ -134,9 +156,21 @@ void BasicMorpher::AddCell(const Position& c0, const Position& c1, const Positio
             known = FindOrAddEdge(v[i], v[j]);
         return known;
     };
+    // A face on the diagonal is that of two tetrahedra. If the first one added it, it is the only
+    // one on its edges, and need not be sought for the second; here by its third corner.
+    std::array<FaceIt, 8> onDiagonal;
     for (const auto& [b, c, d] : kTetrahedra) {
+        // The faces abc, acd, adb and bcd.
+        const std::array<std::size_t, 3> third { ThirdCorner(b, c), ThirdCorner(c, d),
+            ThirdCorner(d, b) };
+        std::array<FaceIt, 4> known { onDiagonal[third[0]], onDiagonal[third[1]],
+            onDiagonal[third[2]], FaceIt() };
         const CellIt cell = FindOrAddTetrahedron(
-            { edge(0, b), edge(0, c), edge(0, d), edge(b, c), edge(c, d), edge(d, b) });
+            { edge(0, b), edge(0, c), edge(0, d), edge(b, c), edge(c, d), edge(d, b) }, known);
+        for (std::size_t i = 0; i < third.size(); ++i) {
+            if (third[i] != kDiagonalEnd)
+                onDiagonal[third[i]] = known[i];
+        }
         cell->m_vecTriangles.Append(facets);
     }
 }

@@ -26,7 +26,16 @@ public:
 
     SmallArray() = default;
     explicit SmallArray(std::span<const T> values) { Append(values); }
-    SmallArray(const SmallArray& other) { Append({ other.data(), other.size() }); }
+    SmallArray(const SmallArray& other)
+    {
+        if (!other.IsInline()) {
+            Append({ other.data(), other.size() });
+            return;
+        }
+        // Of a size known beforehand, this takes a few instructions and no call.
+        m_uiSize = other.m_uiSize;
+        std::memcpy(m_storage, other.m_storage, sizeof(m_storage));
+    }
     SmallArray(SmallArray&& other) noexcept { TakeFrom(other); }
     SmallArray& operator=(const SmallArray& other)
     {
@@ -65,7 +74,11 @@ public:
     }
     [[nodiscard]] bool contains(const T& value) const
     {
-        return std::find(begin(), end(), value) != end();
+        // To the end in any case: arrays are short, and when to stop could not be foreseen.
+        bool isThere = false;
+        for (const T& element : *this)
+            isThere |= element == value;
+        return isThere;
     }
 
     void push_back(T value)

@@ -273,6 +273,17 @@ TEST(FindFace, FindsTheFirstFaceOfTheFirstEdgeThatIsOnAll)
     EXPECT_EQ(t.m_complex.FindFace(Edges { t.ca, t.ab, t.bc }), t.m_face) << "in any order";
 }
 
+TEST(FindFace, OfTwoOnTheSameEdgesTheArrayOfTheFirstEdgeDecides)
+{
+    Triangle t;
+    const FaceIt twin = t.m_complex.AddFace(*t.m_face);
+    ASSERT_TRUE(t.bc->m_vecFaces.Delete(t.m_face));
+    t.bc->m_vecFaces.push_back(t.m_face); // now the twin comes first there
+    EXPECT_EQ(t.m_complex.FindFace(Edges { t.ab, t.bc, t.ca }), t.m_face);
+    EXPECT_EQ(t.m_complex.FindFace(Edges { t.bc, t.ca, t.ab }), twin);
+    EXPECT_EQ(t.m_complex.FindFace(Edges { t.ca, t.bc, t.ab }), t.m_face);
+}
+
 TEST(FindFace, WithTwoEdgesThereIsNoneEvenIfAFaceHoldsThem)
 {
     const Triangle t;
