@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/models/BodyOfRevolution.h"
 
+#include "frontend/models/Angles.h"
+
 #include <cmath>
 #include <numbers>
 
@@ -20,8 +22,8 @@ std::vector<Point> ring(const std::array<double, 2>& at, std::size_t axis, int a
         Point point {};
         point[axis] = at[0];
         if (at[1] > 0.0) { // an end is one point, not many that differ by the sign of their zeros
-            point[(axis + 1) % 3] = at[1] * std::cos(angle);
-            point[(axis + 2) % 3] = at[1] * std::sin(angle);
+            point[(axis + 1) % 3] = at[1] * cosine(angle);
+            point[(axis + 2) % 3] = at[1] * sine(angle);
         }
         points.push_back(point);
     }
@@ -67,8 +69,8 @@ Profile ellipsoid_profile(double begin, double length, double radius, int rings)
     for (int i = 0; i <= rings; ++i) {
         const double angle = std::numbers::pi * i / rings;
         const bool end = i == 0 || i == rings;
-        profile.push_back({ begin + length * (1.0 - std::cos(angle)) / 2.0,
-            end ? 0.0 : radius * std::sin(angle) });
+        profile.push_back(
+            { begin + length * (1.0 - cosine(angle)) / 2.0, end ? 0.0 : radius * sine(angle) });
     }
     return profile;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/models/RobinBody.h"
 
+#include "frontend/models/Angles.h"
+
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -53,14 +55,13 @@ Point point_at(const Piece& piece, double x, double angle, double halfLength)
     const double height = piece.height.at(x);
     const double width = piece.width.at(x);
     const double power = piece.power.at(x);
-    const double sine = std::sin(angle);
-    const double cosine = std::cos(angle);
-    const double sum = std::pow(std::abs(height / 2 * sine), power)
-        + std::pow(std::abs(width / 2 * cosine), power);
+    const double side = sine(angle);
+    const double up = cosine(angle);
+    const double sum
+        = std::pow(std::abs(height / 2 * side), power) + std::pow(std::abs(width / 2 * up), power);
     // At nose and tail the section shrinks to a point on the camber line.
     const double r = sum > 0.0 ? height * width / 4 / std::pow(sum, 1.0 / power) : 0.0;
-    return { x * halfLength, r * sine * halfLength,
-        (r * cosine + piece.camber.at(x)) * halfLength };
+    return { x * halfLength, r * side * halfLength, (r * up + piece.camber.at(x)) * halfLength };
 }
 
 bool same(const Point& a, const Point& b) { return a[0] == b[0] && a[1] == b[1] && a[2] == b[2]; }
@@ -79,7 +80,7 @@ Facets skin(std::span<const Piece> pieces, double halfLength, int stations, int 
     std::size_t piece = 0;
     for (int i = 0; i <= stations; ++i) {
         // Stations crowd at both ends, where the shape is round.
-        const double share = (1.0 - std::cos(std::numbers::pi * i / stations)) / 2.0;
+        const double share = (1.0 - cosine(std::numbers::pi * i / stations)) / 2.0;
         const double x = i == stations ? pieces.back().end : begin + length * share;
         while (piece + 1 < pieces.size() && x > pieces[piece].end)
             ++piece;
