@@ -84,7 +84,7 @@ TEST_F(TableWriting, AnExistingFileIsReplaced)
 
 TEST_F(TableWriting, TablesFollowEachOtherInOneFile)
 {
-    std::ofstream stream(m_directory.path("out"));
+    std::ofstream stream(m_directory.path("out"), std::ios::binary);
     EXPECT_EQ(m_table.writeToSingleInputFile(stream, 1, true), 0);
     EXPECT_EQ(m_table.writeToSingleInputFile(stream, 2, true), 0);
     stream.close();
