@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Every file that a run of an example makes of its case and bodies has the same bytes on every
+// Every file that a run of an example makes of its case has the same bytes on every
 // system. What the bytes should be is tested where the files are written; here their digests must
 // be those of golden/examples.digests, which the first system has made.
 #include "case/AdaptiveInput.h"
@@ -13,8 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstring>
 #include <sstream>
 
 namespace {
@@ -53,29 +51,6 @@ std::string lines_of(const std::string& example)
     return lines;
 }
 
-/// The bodies of an example are drawn with the sines and powers of the C library, and the last bits
-/// of those are a system's own. Rounded to 2^-20, all systems have the same bodies.
-void settle_bodies(const std::string& directory)
-{
-    constexpr std::size_t kHeader = 84;
-    constexpr std::size_t kFacet = 50;
-    constexpr std::size_t kNumbers = 12;
-    for (const std::string& name : Testing::names_in(directory)) {
-        if (!name.ends_with(".stl"))
-            continue;
-        std::string bytes = Testing::read_file(directory + "/" + name);
-        for (std::size_t facet = kHeader; facet + kFacet <= bytes.size(); facet += kFacet) {
-            for (std::size_t i = 0; i < kNumbers; ++i) {
-                float number = 0;
-                std::memcpy(&number, &bytes[facet + i * sizeof number], sizeof number);
-                number = std::round(number * 0x1p20F) * 0x1p-20F + 0.0F; // no negative zero
-                std::memcpy(&bytes[facet + i * sizeof number], &number, sizeof number);
-            }
-        }
-        Testing::write_file(directory + "/" + name, bytes);
-    }
-}
-
 /// Paths of the run are relative, so that no card names the directory of the test.
 std::string bytes_of_run(const std::string& example)
 {
@@ -85,7 +60,6 @@ std::string bytes_of_run(const std::string& example)
         EXPECT_EQ(outcome.status, 0) << outcome.err;
     };
     vortik({ "new", "case", "--example", example });
-    settle_bodies(directory.path("case"));
     const Testing::WorkingDirectoryScope inside(directory.path());
     Testing::make_directory("files");
     Testing::make_directory("run");
