@@ -155,6 +155,19 @@ TEST_F(FilesOnWindows, AReadOnlyFileStaysWhatIsDoneToIt)
     EXPECT_EQ(names(), (Names { "file", "other" })) << "nothing else is left behind";
 }
 
+TEST_F(FilesOnWindows, AFileIsReplacedAsAWhole)
+{
+    const std::string large(3'000'000, 'x');
+    EXPECT_EQ(Platform::write_atomically(at("file"), "old\n"), 0);
+    EXPECT_EQ(read_file(at("file")), "old\n"); // no line end of the system's own
+    EXPECT_EQ(Platform::write_atomically(at("file"), large), 0);
+    EXPECT_TRUE(read_file(at("file")) == large);
+    make_directory(at("dir"));
+    EXPECT_NE(Platform::write_atomically(at("dir"), "x"), 0);
+    EXPECT_NE(Platform::write_atomically(at("gone/file"), "x"), 0);
+    EXPECT_EQ(names(), (Names { "dir", "file" })) << "nothing else is left behind";
+}
+
 TEST_F(FilesOnWindows, AReadOnlyFileIsNotCopiedOnto)
 {
     write_file(at("file"), "old");
