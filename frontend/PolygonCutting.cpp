@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/PolygonCutting.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <numeric>
@@ -65,12 +66,10 @@ bool is_ear(const std::vector<Flat>& flat, const std::vector<std::size_t>& left,
     const Flat& c = flat[left[(i + 1) % left.size()]];
     if (!(turn_of(a, b, c) > 0.0))
         return false;
-    for (const std::size_t other : left) {
+    return std::none_of(left.begin(), left.end(), [&](std::size_t other) {
         const Flat& p = flat[other];
-        if (!same(p, a) && !same(p, b) && !same(p, c) && is_inside(p, a, b, c))
-            return false;
-    }
-    return true;
+        return !same(p, a) && !same(p, b) && !same(p, c) && is_inside(p, a, b, c);
+    });
 }
 
 } // namespace
