@@ -26,6 +26,7 @@ using Platform::RunningProgram;
 using Platform::start_apart;
 using Platform::StartedChild;
 using Platform::terminal_columns;
+using Platform::typed_word;
 using Platform::UserSignals;
 
 } // namespace Tavro

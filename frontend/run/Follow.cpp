@@ -31,7 +31,8 @@ void tell_programs_left(const std::string& root, const RunRecord& record, Displa
     if (left.empty())
         return;
     display.tell("programs_left",
-        "Still running: " + names_of(left) + ". `vortik stop " + quoted(root) + "` ends it.",
+        "Still running: " + names_of(left) + ". `vortik stop " + Tavro::typed_word(root)
+            + "` ends it.",
         "," + json_member("programs", names_of(left)));
 }
 
@@ -61,7 +62,7 @@ void tell_restart(const std::string& root, const RunRecord& record, Display& dis
     if (!point)
         return;
     display.tell("restart",
-        "`vortik run " + quoted(record.caseFile) + " --restart` goes on from step "
+        "`vortik run " + Tavro::typed_word(record.caseFile) + " --restart` goes on from step "
             + std::to_string(point->step) + ".",
         "," + json_member("step_number", static_cast<long long>(point->step)));
 }
@@ -78,8 +79,8 @@ bool can_go_on(const Ending& ending, const std::string& root, const RunRecord& r
 
 std::string detached_text(const RunInSight& run)
 {
-    return "The run goes on by itself. `vortik watch " + quoted(run.root)
-        + "` shows it again, `vortik stop " + quoted(run.root) + "` stops it.";
+    return "The run goes on by itself. `vortik watch " + Tavro::typed_word(run.root)
+        + "` shows it again, `vortik stop " + Tavro::typed_word(run.root) + "` stops it.";
 }
 
 std::string capital(std::string sentence)
@@ -111,12 +112,12 @@ public:
             if (end)
                 return conclude(*end);
             m_sawItLive = true;
-            if (Tavro::output_is_abandoned()) {
+            if (may_leave() && Tavro::output_is_abandoned()) {
                 std::cerr << "vortik: nobody reads the output any more. " << detached_text(m_run)
                           << '\n';
                 return m_onInterrupt == OnInterrupt::Leave ? kFinished : kStopped;
             }
-            if (m_signals.hung_up() || (interrupted() && !ask_to_stop())) {
+            if ((may_leave() && m_signals.hung_up()) || (interrupted() && !ask_to_stop())) {
                 tell_detached(m_run, m_display);
                 return m_onInterrupt == OnInterrupt::Leave ? kFinished : kStopped;
             }
@@ -165,6 +166,12 @@ private:
             m_display.tell("not_silent", controller + " touches its link again.");
             break;
         }
+    }
+
+    /// Our own attachment keeps the link of a new run until the controller has its own.
+    [[nodiscard]] bool may_leave() const
+    {
+        return !m_run.isOurChild || m_run.link == nullptr || m_published != 0;
     }
 
     /// Whether there has been a Ctrl-C since the last question.

@@ -20,8 +20,8 @@ bool occupied(const std::string& path) { return Tavro::IsOccupied(Tavro::AsWritt
 
 std::string how_to_attach(const std::string& root)
 {
-    return "`vortik watch " + quoted(root) + "` shows it, `vortik stop " + quoted(root)
-        + "` stops it";
+    return "`vortik watch " + Tavro::typed_word(root) + "` shows it, `vortik stop "
+        + Tavro::typed_word(root) + "` stops it";
 }
 
 /// A run that is under way, whoever began it, and what one has left behind.
@@ -34,7 +34,7 @@ std::string life_in(const std::string& root, const std::optional<RunRecord>& rec
         const auto left = step_programs(*record);
         if (!left.empty())
             return "of an earlier run in " + root + " there is still running: " + names_of(left)
-                + "; `vortik stop " + quoted(root) + "` ends it";
+                + "; `vortik stop " + Tavro::typed_word(root) + "` ends it";
     }
     const auto linked = linked_run(root, record);
     if (!linked)

@@ -105,7 +105,7 @@ int run_command(const RunOptions& options)
     std::optional<Tavro::Claim> claim(std::in_place, prepared->root);
     if (!claim->granted())
         return complain("another run is just beginning in " + prepared->root + "; `vortik watch "
-                + quoted(prepared->root) + "` will show it",
+                + Tavro::typed_word(prepared->root) + "` will show it",
             kBadInput);
     Tavro::UserSignals signals;
     Display display(options.json);

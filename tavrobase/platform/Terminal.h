@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 /// The terminal at which a person sits, if there is one.
 namespace Tavro::Platform {
@@ -16,6 +17,9 @@ namespace Tavro::Platform {
 /// Whether nobody can read any more what is written to standard output: the other end of its pipe
 /// or its terminal is gone.
 [[nodiscard]] bool output_is_abandoned();
+
+/// How to write a word, which may be a path, in a command that a person types or pastes.
+[[nodiscard]] std::string typed_word(const std::string& word);
 
 /// Opens those of the three standard streams that the program was started without, on nothing: a
 /// file that is opened later must not become one of them and be written into.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tavrobase/platform/Terminal.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -61,6 +62,20 @@ bool output_is_abandoned()
 {
     pollfd output { STDOUT_FILENO, 0, 0 };
     return ::poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLHUP)) != 0;
+}
+
+std::string typed_word(const std::string& word)
+{
+    const bool plain = std::all_of(word.begin(), word.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
+            || c == '/' || c == '.' || c == '_' || c == '-' || c == '+' || c == ',';
+    });
+    if (plain)
+        return word;
+    std::string text = "'";
+    for (const char c : word)
+        text += c == '\'' ? "'\\''" : std::string(1, c);
+    return text + "'";
 }
 
 void open_missing_standard_streams()

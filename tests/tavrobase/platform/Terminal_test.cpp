@@ -94,6 +94,13 @@ TEST(Terminal, MissingStandardStreamsAreOpenedAndOthersLeftAlone)
     EXPECT_EQ(outcome.err, "04");
 }
 
+TEST(Terminal, WordIsTypedInQuotesWhereItWouldBeTwo)
+{
+    EXPECT_EQ(typed_word("/plain-1.2_3+4,5"), "/plain-1.2_3+4,5");
+    EXPECT_EQ(typed_word("/left alone"), "'/left alone'");
+    EXPECT_EQ(typed_word("/it's"), "'/it'\\''s'");
+}
+
 TEST(UserSignals, OutputThatNobodyReadsFailsOnlyWhileTheyAreHeard)
 {
     const auto outcome = Testing::run_isolated([] {

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // Does what its arguments say: "exit N", "print OUT ERR", "nul", "flood N", "echo", "directory",
 // "variable NAME", "sleep", "parent" (starts a sleeping child and sleeps), "claim DIR" (has it and
-// sleeps). Without any it prints its command line.
+// sleeps), "missing FILE" (opens the standard streams that it lacks, uses all of them and tells
+// FILE of it). Without any it prints its command line.
 #include "tavrobase/platform/Claim.h"
 #include "tavrobase/platform/Processes.h"
+#include "tavrobase/platform/Terminal.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 
 #include <windows.h>
@@ -38,6 +41,24 @@ void echo()
     DWORD got = 0;
     while (::ReadFile(::GetStdHandle(STD_INPUT_HANDLE), &byte, 1, &got, nullptr) != 0 && got == 1)
         out(std::string(1, byte));
+}
+
+void use_streams(const std::string& path)
+{
+    Tavro::Platform::open_missing_standard_streams();
+    std::ofstream file(path, std::ios::binary);
+    std::cout << "output" << std::flush;
+    std::cerr << "error" << std::flush;
+    file << "out " << (std::cout ? "good" : "bad") << ", err " << (std::cerr ? "good" : "bad");
+    file << ", in " << (std::cin.get() == std::char_traits<char>::eof() ? "ended" : "going on");
+    DWORD written = 0;
+    const bool good
+        = ::WriteFile(::GetStdHandle(STD_OUTPUT_HANDLE), "system", 6, &written, nullptr) != 0;
+    file << ", system's out " << (good ? "good" : "bad");
+    bool all = true;
+    for (const DWORD stream : { STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE })
+        all = all && ::GetFileType(::GetStdHandle(stream)) != FILE_TYPE_UNKNOWN;
+    file << (all ? ", all there\n" : ", one missing\n");
 }
 
 [[noreturn]] void sleep_on()
@@ -80,6 +101,8 @@ int main(int argc, char** argv)
         const Tavro::Platform::Claim claim(first);
         std::ofstream(first + "/claimed") << claim.granted();
         sleep_on();
+    } else if (act == "missing") {
+        use_streams(first);
     } else {
         out(::GetCommandLineA());
     }
