@@ -3,6 +3,7 @@
 
 #include "frontend/run/StepWords.h"
 #include "links/ControllerStep.h"
+#include "tavrobase/SystemPath.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -50,16 +51,30 @@ const std::vector<std::string>& residual_files()
 bool is_there(const std::string& path)
 {
     std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
+    return fs::exists(fs::symlink_status(Tavro::SystemPath(path), error));
+}
+
+/// A path of the root, or one from the top of the file system as it is.
+std::string below(const std::string& root, const std::string& path)
+{
+    return Tavro::PathText(Tavro::SystemPath(root) / Tavro::SystemPath(path));
+}
+
+/// Of an airfoil table: beside it, under a hidden name.
+std::string copy_of(const std::string& table)
+{
+    const fs::path source = Tavro::SystemPath(table);
+    const std::string name = "." + Tavro::PathText(source.filename());
+    return Tavro::PathText(source.parent_path() / Tavro::SystemPath(name));
 }
 
 std::vector<std::string> names_in(const std::string& directory)
 {
     std::vector<std::string> names;
     std::error_code error; // a directory that is not there holds nothing
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error))
-        names.push_back(entry->path().filename().string());
+    for (fs::directory_iterator entry(Tavro::SystemPath(directory), error), end;
+         !error && entry != end; entry.increment(error))
+        names.push_back(Tavro::PathText(entry->path().filename()));
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -83,7 +98,8 @@ bool is_taken(const std::string& name, const Place& place)
 void add_files(const std::string& root, const std::string& path, std::vector<std::string>& files)
 {
     std::error_code error;
-    const bool directory = fs::is_directory(fs::symlink_status(root + "/" + path, error));
+    const bool directory
+        = fs::is_directory(fs::symlink_status(Tavro::SystemPath(root + "/" + path), error));
     const auto names = directory ? names_in(root + "/" + path) : std::vector<std::string> {};
     if (names.empty())
         files.push_back(path);
@@ -98,7 +114,8 @@ std::vector<std::string> files_of(const std::string& root, const Place& place)
         const std::string path = std::string(place.directory) + "/" + name;
         std::error_code gone;
         if (is_taken(name, place)
-            && (place.directoriesToo || !fs::is_directory(root + "/" + path, gone)))
+            && (place.directoriesToo
+                || !fs::is_directory(Tavro::SystemPath(root + "/" + path), gone)))
             add_files(root, path, files);
     }
     return files;
@@ -118,7 +135,7 @@ std::vector<std::string> card_copies(const std::string& root, const std::string&
         }
     }
     std::error_code error;
-    if (fs::is_directory(root + "/" + backup, error)
+    if (fs::is_directory(Tavro::SystemPath(root + "/" + backup), error)
         && std::none_of(names.begin(), names.end(), is_listed))
         add_files(root, backup, files);
     return files;
@@ -193,10 +210,10 @@ std::vector<Results> viscous_input_to_be_replaced(
     if (input.m_bRestart || !input.m_grid.m_bHybrid || input.m_grid.m_fpViscInput.Get().empty())
         return {};
     // From where the controller works then; a path from the top stays as it is.
-    const fs::path path = "Grid_Output" / fs::path(input.m_grid.m_fpViscInput.Get());
-    const fs::path file = root / path;
+    const fs::path path = "Grid_Output" / Tavro::SystemPath(input.m_grid.m_fpViscInput.Get());
+    const fs::path file = Tavro::SystemPath(root) / path;
     std::error_code error;
-    if (!is_there(file.string()))
+    if (!is_there(Tavro::PathText(file)))
         return {};
     if (fs::is_regular_file(file, error)) {
         std::ifstream stream(file, std::ios::binary);
@@ -205,7 +222,7 @@ std::vector<Results> viscous_input_to_be_replaced(
         if (bytes.str() == input.m_grid.m_strViscInput)
             return {};
     }
-    return { { path.parent_path().string(), { path.string() } } };
+    return { { Tavro::PathText(path.parent_path()), { Tavro::PathText(path) } } };
 }
 
 std::vector<Results> copies_of_tables(const std::string& root, const VRK::ControllerInput& input)
@@ -213,10 +230,8 @@ std::vector<Results> copies_of_tables(const std::string& root, const VRK::Contro
     Results copies { "copies of airfoil tables", {} };
     for (const VRK::RotorData& rotor : input.m_vecRotors) {
         for (const std::string& table : rotor.m_vecAftFile) {
-            const fs::path source(table);
-            const std::string copy
-                = (source.parent_path() / ("." + source.filename().string())).string();
-            if (is_there((root / fs::path(copy)).string())
+            const std::string copy = copy_of(table);
+            if (is_there(below(root, copy))
                 && std::find(copies.files.begin(), copies.files.end(), copy) == copies.files.end())
                 copies.files.push_back(copy);
         }
@@ -279,7 +294,7 @@ std::vector<Results> strangers_among(const std::string& root, const std::vector<
     for (const Results& one : results) {
         Results found { one.directory, {} };
         for (const std::string& file : one.files) {
-            const auto written = write_time((root / fs::path(file)).string());
+            const auto written = write_time(below(root, file));
             const bool isOurs
                 = written && std::any_of(times.begin(), times.end(), [&](const WorkTime& time) {
                       return time.begin <= *written && *written <= time.end;

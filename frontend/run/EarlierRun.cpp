@@ -2,6 +2,7 @@
 #include "frontend/run/EarlierRun.h"
 
 #include "tavrobase/Surveillance.h"
+#include "tavrobase/SystemPath.h"
 
 #include <array>
 #include <cstring>
@@ -18,10 +19,11 @@ namespace fs = std::filesystem;
 bool has_files(const std::string& directory)
 {
     std::error_code error; // a directory that is not there holds nothing
-    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error)) {
+    for (fs::directory_iterator entry(Tavro::SystemPath(directory), error), end;
+         !error && entry != end; entry.increment(error)) {
         std::error_code gone;
-        if (!entry->is_directory(gone) && !entry->path().filename().string().starts_with('.'))
+        if (!entry->is_directory(gone)
+            && !Tavro::PathText(entry->path().filename()).starts_with('.'))
             return true;
     }
     return false;
@@ -31,7 +33,7 @@ bool has_files(const std::string& directory)
 std::optional<std::uint32_t> restart_step(const std::string& file)
 {
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) // a pipe would not let go of us
+    if (!fs::is_regular_file(Tavro::SystemPath(file), error)) // a pipe would not let go of us
         return std::nullopt;
     std::array<std::uint32_t, 8> words {};
     std::array<char, sizeof words> bytes {};
@@ -65,7 +67,7 @@ std::optional<RestartPoint> latest_restart(const std::string& root, const std::s
     for (const char* ending : { ".new.Rst", ".Rst" }) {
         const std::string file = root + "/Restarts/" + caseName + ending;
         std::error_code error;
-        const auto time = fs::last_write_time(file, error);
+        const auto time = fs::last_write_time(Tavro::SystemPath(file), error);
         const auto step = restart_step(file);
         if (error || !step)
             continue;
@@ -80,7 +82,7 @@ std::optional<RestartPoint> latest_restart(const std::string& root, const std::s
 bool is_program(const std::string& path)
 {
     std::error_code error;
-    const auto status = fs::status(path, error);
+    const auto status = fs::status(Tavro::SystemPath(path), error);
     constexpr auto kExecutable
         = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
     return fs::is_regular_file(status) && (status.permissions() & kExecutable) != fs::perms::none;

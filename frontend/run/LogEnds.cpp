@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/run/LogEnds.h"
 
+#include "tavrobase/SystemPath.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -43,10 +45,11 @@ std::string bytes_of(const std::string& path, std::uint64_t from, std::uint64_t 
 /// 0 of anything but a file: a pipe would not let go of us.
 std::uint64_t size_of(const std::string& path)
 {
+    const std::filesystem::path file = Tavro::SystemPath(path);
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error))
+    if (!std::filesystem::is_regular_file(file, error))
         return 0;
-    const auto size = std::filesystem::file_size(path, error);
+    const auto size = std::filesystem::file_size(file, error);
     return error ? 0 : size;
 }
 

@@ -51,13 +51,14 @@ bool is_step_program(const Tavro::RunningProgram& program)
 
 } // namespace
 
-std::optional<std::string> run_root(const std::string& path)
+std::optional<std::string> run_root(const std::string& text)
 {
     namespace fs = std::filesystem;
+    const fs::path path = Tavro::SystemPath(text);
     std::error_code error;
     // A file that is a link to another one stands where it is, as the files do that it names.
     const fs::path directory
-        = fs::is_directory(path, error) ? fs::path(path) : fs::absolute(path, error).parent_path();
+        = fs::is_directory(path, error) ? path : fs::absolute(path, error).parent_path();
     if (!fs::exists(path, error))
         return std::nullopt;
     const fs::path root = fs::canonical(directory, error);
@@ -68,7 +69,10 @@ Tavro::FilePath link_key(const std::string& root) { return Tavro::AsWritten(root
 
 bool is_key_of(const std::string& key, const std::string& root)
 {
-    return key == link_key(root).Get() || (key.starts_with('/') && run_root(key) == root);
+    if (key == link_key(root).Get())
+        return true;
+    const auto other = Tavro::IsRooted(key) ? run_root(key) : std::nullopt;
+    return other && Tavro::LeadToOneFile(*other, root);
 }
 
 std::string binary_case(const std::string& root) { return root + "/.vortik-case"; }
@@ -78,7 +82,7 @@ std::string usual_completion_file(const std::string& root) { return root + "/.vo
 std::string remembered_text(const std::string& root)
 {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(record_file(root), error))
+    if (!std::filesystem::is_regular_file(Tavro::SystemPath(record_file(root)), error))
         return ""; // a pipe would not let go of us
     std::ifstream file(record_file(root), std::ios::binary);
     std::string text;
@@ -90,7 +94,7 @@ bool remember_text(const std::string& root, const std::string& text)
 {
     std::error_code error;
     if (text.empty())
-        return std::filesystem::remove(record_file(root), error) || !error;
+        return std::filesystem::remove(Tavro::SystemPath(record_file(root)), error) || !error;
     return Tavro::writeFileAtomically(Tavro::AsWritten(record_file(root)), text);
 }
 
@@ -174,7 +178,7 @@ void note_end(const std::string& root)
     // The time of the file alone, so that the record of a run that begins just now is not lost.
     std::error_code error; // without the note the end is taken from the logs
     std::filesystem::last_write_time(
-        record_file(root), std::filesystem::file_time_type::clock::now(), error);
+        Tavro::SystemPath(record_file(root)), std::filesystem::file_time_type::clock::now(), error);
 }
 
 std::optional<long long> noted_time(const std::string& root)
@@ -185,7 +189,7 @@ std::optional<long long> noted_time(const std::string& root)
 std::optional<long long> write_time(const std::string& file)
 {
     std::error_code error;
-    const auto time = std::filesystem::last_write_time(file, error);
+    const auto time = std::filesystem::last_write_time(Tavro::SystemPath(file), error);
     if (error)
         return std::nullopt;
     return static_cast<long long>(time.time_since_epoch().count());
@@ -197,24 +201,11 @@ long long work_seconds(int seconds)
     return std::chrono::duration_cast<Clock::duration>(std::chrono::seconds(seconds)).count();
 }
 
-std::string quoted(const std::string& path)
-{
-    const bool plain = std::all_of(path.begin(), path.end(), [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
-            || c == '/' || c == '.' || c == '_' || c == '-' || c == '+' || c == ',';
-    });
-    if (plain)
-        return path;
-    std::string text = "'";
-    for (const char c : path)
-        text += c == '\'' ? "'\\''" : std::string(1, c);
-    return text + "'";
-}
-
 std::optional<int> completion_word(const std::string& file)
 {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) // a pipe would not let go of us
+    if (!std::filesystem::is_regular_file(
+            Tavro::SystemPath(file), error)) // a pipe would not let go of us
         return std::nullopt;
     std::ifstream stream(file, std::ios::binary);
     std::array<char, 16> bytes {};

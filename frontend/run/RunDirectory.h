@@ -80,9 +80,6 @@ void note_end(const std::string& root);
 /// That many seconds, as in `WorkTime`.
 [[nodiscard]] long long work_seconds(int seconds);
 
-/// How to name a path in a command that a person types or pastes.
-[[nodiscard]] std::string quoted(const std::string& path);
-
 /// The number that a completion file holds; nothing if there is no such file or it holds anything
 /// else.
 [[nodiscard]] std::optional<int> completion_word(const std::string& file);

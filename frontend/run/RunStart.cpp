@@ -83,7 +83,7 @@ std::optional<PreparedRun> prepare_run(
         return std::nullopt;
     }
     std::error_code error;
-    if (!fs::is_directory(fs::path(run.completionFile).parent_path(), error)) {
+    if (!fs::is_directory(Tavro::SystemPath(run.completionFile).parent_path(), error)) {
         reason = "there is no directory for the completion file " + run.completionFile;
         return std::nullopt;
     }
@@ -174,17 +174,17 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
     // Before the controller: whoever comes when this process has been killed must know of the run.
     if (!remember_run(run.root, started.record)) {
         reason = "what is to be remembered of the run cannot be written in " + run.root;
-        fs::remove(caseFile, error);
+        fs::remove(Tavro::SystemPath(caseFile), error);
         return std::nullopt;
     }
     // The last word of an earlier run must not be taken for that of this one.
-    fs::remove(run.completionFile, error);
+    fs::remove(Tavro::SystemPath(run.completionFile), error);
 
     const std::string program = program_directory() + kControllerName;
     const auto child = Tavro::start_apart({ program, program, { "-input=" + caseFile } });
     if (child.pid < 0) {
         reason = program + " cannot be started: " + Tavro::error_text(child.error);
-        fs::remove(caseFile, error);
+        fs::remove(Tavro::SystemPath(caseFile), error);
         (void)remember_text(run.root, formerRecord); // it tells of the run before, if of any
         return std::nullopt;
     }

@@ -5,6 +5,7 @@
 #include "frontend/run/LinkedRun.h"
 #include "frontend/run/RunCommands.h"
 #include "frontend/run/RunInSight.h"
+#include "tavrobase/PathIdentity.h"
 #include "tavrobase/Surveillance.h"
 
 #include <iostream>
@@ -88,7 +89,7 @@ std::set<std::string> linked_roots()
     for (const auto& link : links) {
         const std::string& key = link.m_strKey;
         if (link.m_nAttachments == 0 || link.m_nDataSize != sizeof(VRK::GUIRecord)
-            || !key.starts_with('/'))
+            || !Tavro::IsRooted(key))
             continue;
         if (const auto root = run_root(key)) // else the directory is gone, and the run with it
             roots.insert(*root);

@@ -7,6 +7,7 @@
 #include "tavrobase/SystemUtilities.h"
 #include "tavrobase/platform/Processes.h"
 #include "tests/support/Files.h"
+#include "tests/support/Surroundings.h"
 
 #include <gtest/gtest.h>
 
@@ -86,13 +87,6 @@ TEST(RunDirectory, KnowsARunOfAnOlderFrontEndWithoutItsTimes)
     EXPECT_TRUE(record->logs.empty());
     EXPECT_EQ(record->built.grid, "");
     EXPECT_TRUE(work_times(home.path(), *record).empty());
-}
-
-TEST(RunDirectory, IsQuotedInACommandWhereThatIsNeeded)
-{
-    EXPECT_EQ(quoted("/plain-1.2_3+4,5"), "/plain-1.2_3+4,5");
-    EXPECT_EQ(quoted("/left alone"), "'/left alone'");
-    EXPECT_EQ(quoted("/it's"), "'/it'\\''s'");
 }
 
 TEST(RunDirectory, KnowsNoRunFromAMissingOrDamagedFile)
@@ -296,8 +290,10 @@ TEST(EarlierRun, MissesTheProgramsThatTheKindOfRunNeeds)
     input.m_bRestart = true;
     EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
     const std::string program = Tavro::Platform::program_file(here + "Vortik_Solver-omp");
-    write_file(program, ""); // no program as yet
-    EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
+    write_file(program, ""); // no program as yet, where modes tell
+    if (Testing::modes_close_files()) {
+        EXPECT_EQ(missing_programs(here, input), Names { "Vortik_Solver-omp" });
+    }
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     EXPECT_EQ(missing_programs(here, input), Names {});
 }
