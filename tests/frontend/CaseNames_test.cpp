@@ -2,8 +2,6 @@
 // The name of a case, and the files that a case names.
 #include "tests/frontend/CaseMessages.h"
 
-#include <sys/stat.h>
-
 namespace {
 
 using Testing::kPlainCase;
@@ -81,7 +79,7 @@ TEST(CaseNames, ADeviceOrPipeIsNoFileToReadFrom)
         + "[[body]]\nid = 2\nlevel = 2\nfile = \"pipe.stl\"\n";
     const Testing::TemporaryDirectory directory;
     Testing::write_file(directory.path("case.toml"), text);
-    ASSERT_EQ(::mkfifo(directory.path("pipe.stl").c_str(), 0600), 0);
+    Testing::make_pipe(directory.path("pipe.stl"));
     const auto outcome = Testing::run_vortik(directory.path(), { "check", "case.toml" });
     EXPECT_EQ(outcome.err,
         "case.toml:31:14: there is no airfoil table pipe.stl; expected a file in the fixed-column "
