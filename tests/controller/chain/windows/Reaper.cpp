@@ -20,6 +20,13 @@ std::map<pid_t, std::string>& started()
     return s_started;
 }
 
+/// How those of them that have been asked for have ended.
+std::map<pid_t, int>& ends()
+{
+    static std::map<pid_t, int> s_ends;
+    return s_ends;
+}
+
 std::string name_of(const RunningProgram& program)
 {
     return program.path.substr(program.path.rfind('/') + 1);
@@ -47,6 +54,9 @@ pid_t start_program(
         put_variable(variable.substr(0, variable.find('=')), {});
     if (child.pid < 0)
         throw std::runtime_error(file + " cannot be started");
+    // The system soon gives the number of one that has ended to another.
+    ends().erase(child.pid);
+    started().erase(child.pid);
     for (const std::string& word : words)
         started()[child.pid] += word + ' ';
     return child.pid;
@@ -60,14 +70,13 @@ void adopt_orphans() { }
 
 std::optional<int> end_of(pid_t pid)
 {
-    static std::map<pid_t, int> s_ends;
-    if (!s_ends.contains(pid)) {
+    if (!ends().contains(pid)) {
         const auto end = child_end(pid);
         if (!end)
             return std::nullopt;
-        s_ends[pid] = end->value;
+        ends()[pid] = end->value;
     }
-    return s_ends[pid];
+    return ends()[pid];
 }
 
 std::vector<RunProcess> processes_of(const std::string& directory)
