@@ -3,6 +3,7 @@
 #include "links/GUIConLink.h"
 #include "tests/frontend/run/RunTest.h"
 #include "tests/support/Isolated.h"
+#include "tests/support/Waiting.h"
 
 #include <atomic>
 #include <chrono>
@@ -34,11 +35,7 @@ protected:
     /// Whether the command, asked again and again, comes to say that.
     static bool comes_to_say(const Testing::Words& command, const std::string& text)
     {
-        for (int i = 0; i < 100; ++i) {
-            if (all_of(command).find(text) != std::string::npos)
-                return true;
-        }
-        return false;
+        return Testing::wait_until([&] { return all_of(command).find(text) != std::string::npos; });
     }
 };
 
