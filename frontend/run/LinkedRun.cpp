@@ -68,8 +68,20 @@ std::optional<LinkedRun> run_of_link(unsigned link, const std::optional<RunRecor
     return std::nullopt;
 }
 
-/// Numbers of the links under the run's key whose owner has given a sign of life.
-std::vector<unsigned> links_of(const std::string& root)
+/// For how many seconds the remembered run has been the one of its directory: none began in it
+/// beside a living one. Nothing if it is of another machine or nobody has noted when it began.
+std::optional<double> seconds_since(const std::optional<RunRecord>& record)
+{
+    if (!record || record->since == 0 || !is_here(*record))
+        return std::nullopt;
+    using Clock = std::filesystem::file_time_type::clock;
+    const Clock::duration since(static_cast<Clock::rep>(record->since));
+    return std::chrono::duration<double>(Clock::now().time_since_epoch() - since).count();
+}
+
+/// Numbers of the links under the run's key whose owner has given a sign of life. Those that have
+/// given none since the remembered run began are what killed ones before it have left.
+std::vector<unsigned> links_of(const std::string& root, const std::optional<RunRecord>& record)
 {
     std::vector<LinkManager::LinkDebugInfo> links;
     std::vector<double> managerAges;
@@ -77,10 +89,12 @@ std::vector<unsigned> links_of(const std::string& root)
     if (LinkManager::GetLinkDebugInfo(links) != LinkManager::Success
         || LinkManager::GetHeartbeatAges(managerAges, ages) != LinkManager::Success)
         return {};
+    const auto since = seconds_since(record);
     std::vector<unsigned> found;
     for (unsigned link = 0; link < links.size(); ++link) {
         if (links[link].m_nAttachments > 0 && links[link].m_nDataSize == sizeof(VRK::GUIRecord)
             && ages[link] <= static_cast<double>(kSecondsToDeath)
+            && (!since || record->link == link || ages[link] < *since)
             && is_key_of(links[link].m_strKey, root))
             found.push_back(link);
     }
@@ -98,7 +112,7 @@ long long seconds_now()
 std::optional<LinkedRun> linked_run(const std::string& root, const std::optional<RunRecord>& record)
 {
     std::optional<LinkedRun> found;
-    for (const unsigned link : links_of(root)) {
+    for (const unsigned link : links_of(root, record)) {
         const auto run = run_of_link(link, record);
         if (run && (!found || run->isTouched))
             found = run;

@@ -108,6 +108,12 @@ TEST_F(Death, OfAllAtOnceLeavesADirectoryInWhichANewRunWorks)
     EXPECT_TRUE(again.writes("\nsolver")) << again.output();
     EXPECT_TRUE(again.output().starts_with("Cleaning the results of an earlier run in " + root))
         << again.output();
+    // Nor are they taken for a run once that new one has ended.
+    EXPECT_EQ(VortikProcess({ "stop", root }).ends(), 0);
+    EXPECT_EQ(again.ends(), 3);
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
+    VortikProcess third({ "run", root }, pace(10));
+    EXPECT_TRUE(third.writes("\nsolver")) << third.output();
 }
 
 TEST_F(Death, OfAProgramByAFaultIsToldWithTheEndOfItsLog)
