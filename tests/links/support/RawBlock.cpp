@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <thread>
 
 namespace Testing {
@@ -33,7 +32,12 @@ void write_number(unsigned char* place, Number number)
 
 } // namespace
 
-std::int64_t seconds_now() { return std::time(nullptr); }
+std::int64_t seconds_now()
+{
+    // As the links do: what time() gives may lag behind and still be in the second before.
+    using namespace std::chrono;
+    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
 
 std::int64_t RawBlock::slot(int index) const
 {
