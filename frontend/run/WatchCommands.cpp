@@ -98,21 +98,29 @@ int end_programs_left(const RunInSight& run, Display& display, Tavro::UserSignal
     return complain("still running: " + names_of(still), kFailed);
 }
 
+/// Finds the run in that directory if it is one of this machine; else complains, and gives the exit
+/// status.
+int find_run_here(const std::string& path, const LinkUse& links, std::optional<RunInSight>& run)
+{
+    const auto root = run_root(path);
+    if (const int status = complaint_of(path, root, links); status != kFinished)
+        return status;
+    run = find_run(*root);
+    if (!run)
+        return kBadInput;
+    return is_elsewhere(*run) ? complain_of_distance(*run) : kFinished;
+}
+
 } // namespace
 
 int watch_command(const std::string& path, bool json)
 {
-    const auto root = run_root(path);
     Tavro::UserSignals signals;
     Display display(json);
     const LinkUse links;
-    if (const int status = complaint_of(path, root, links); status != kFinished)
+    std::optional<RunInSight> run;
+    if (const int status = find_run_here(path, links, run); status != kFinished)
         return status;
-    auto run = find_run(*root);
-    if (!run)
-        return kBadInput;
-    if (is_elsewhere(*run))
-        return complain_of_distance(*run);
     if (lives(*run) && !attach(*run))
         return kFailed;
     const int status = follow_run(*run, display, signals, OnInterrupt::Leave);
@@ -122,17 +130,12 @@ int watch_command(const std::string& path, bool json)
 
 int stop_command(const std::string& path, bool json)
 {
-    const auto root = run_root(path);
     Tavro::UserSignals signals;
     Display display(json);
     const LinkUse links;
-    if (const int status = complaint_of(path, root, links); status != kFinished)
+    std::optional<RunInSight> run;
+    if (const int status = find_run_here(path, links, run); status != kFinished)
         return status;
-    auto run = find_run(*root);
-    if (!run)
-        return kBadInput;
-    if (is_elsewhere(*run))
-        return complain_of_distance(*run);
     if (!lives(*run)) {
         if (!step_programs(run->record).empty())
             return end_programs_left(*run, display, signals);
