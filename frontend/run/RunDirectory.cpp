@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/run/RunDirectory.h"
 
+#include "links/ControllerStep.h"
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/SystemPath.h"
@@ -215,7 +216,10 @@ std::optional<int> completion_word(const std::string& file)
     if (!text.ends_with('\n'))
         return std::nullopt;
     text.pop_back();
-    return read_number(text, word) ? std::optional(word) : std::nullopt;
+    // A number that no controller writes is somebody else's.
+    const bool isWord = read_number(text, word)
+        && (word == VRK::StepComplete || (word < 0 && word >= VRK::StepAdaptiveSolverFailed));
+    return isWord ? std::optional(word) : std::nullopt;
 }
 
 bool is_here(const RunRecord& record) { return record.host == Tavro::GetHostname(); }

@@ -110,6 +110,9 @@ TEST(RunDirectory, CompletionWordIsALineWithANumberAlone)
     };
     EXPECT_EQ(word("-9\n"), -9);
     EXPECT_EQ(word("8\n"), 8);
+    EXPECT_EQ(word("-17\n"), -17);
+    for (const char* strange : { "42\n", "0\n", "7\n", "-18\n" })
+        EXPECT_EQ(word(strange), std::nullopt) << strange;
     EXPECT_EQ(word("8"), std::nullopt); // in the middle of being written
     EXPECT_EQ(word(""), std::nullopt);
     EXPECT_EQ(word("8 \n"), std::nullopt);
