@@ -9,6 +9,11 @@ namespace {
 constexpr const char* kGridFile = "VRK.grid.dat";
 constexpr const char* kBodyFitterInput = "body_fitter_input.dat";
 
+std::string in_grid_output(const std::string& name)
+{
+    return g_info.m_fpGridOutput.Get() + "/" + name;
+}
+
 /// Collects arguments; each member adds one of the groups that the modes are made of.
 class ArgumentList {
 public:
@@ -48,10 +53,6 @@ public:
 
     ArgumentList& whole_grid() { return input_file().grid().offset().map().parameters(); }
 
-    [[nodiscard]] std::string in_grid_output(const std::string& name) const
-    {
-        return g_info.m_fpGridOutput.Get() + "/" + name;
-    }
     std::vector<std::string> take() { return std::move(m_arguments); }
 
 private:
@@ -81,11 +82,11 @@ std::vector<std::string> grid_gen_arguments(
         break;
     case GridGenMode::Metrics:
         list.grid().offset();
-        list.add("-osm=" + list.in_grid_output(input.m_strCaseName + "_body.Grd")).append();
+        list.add("-osm=" + in_grid_output(input.m_strCaseName + "_body.Grd")).append();
         break;
     case GridGenMode::Hybrid:
         list.add("-hyb=" + input.m_grid.m_fpViscInput.Get());
-        list.add("-exm=" + list.in_grid_output("ex_grid_struct_map.dat"));
+        list.add("-exm=" + in_grid_output("ex_grid_struct_map.dat"));
         if (input.m_grid.m_bPrisms)
             list.add("-prisms");
         list.whole_grid();

@@ -35,7 +35,8 @@ Tavro::FilePath case_path(const std::string& given)
 std::string directory_of(const Tavro::FilePath& caseFile)
 {
     const std::string text = caseFile.Get();
-    const auto slash = text.find_last_of('/', text.ends_with('/') ? text.size() - 2 : text.npos);
+    const auto slash
+        = text.find_last_of('/', text.ends_with('/') ? text.size() - 2 : std::string::npos);
     const auto top = Tavro::PathText(Tavro::SystemPath(text).root_path()).size();
     return slash == std::string::npos || slash < top ? "" : text.substr(0, slash + 1);
 }

@@ -5,7 +5,12 @@ namespace Frontend {
 
 namespace {
 
-std::vector<double*> three(double* first) { return { first, first + 1, first + 2 }; }
+/// Three of the values, from the given one on.
+template <std::size_t count>
+std::vector<double*> three(double (&values)[count], std::size_t first = 0)
+{
+    return { &values[first], &values[first + 1], &values[first + 2] };
+}
 
 constexpr Range kLevels { 0, 30 };
 
@@ -15,7 +20,7 @@ ListOfTables boxes(std::vector<VRK::RefBoxData>& list)
         VRK::RefBoxData& box = list[i];
         return Fields {
             { "lower", three(box.m_adBox), "m", "lower corner x, y, z", kAny, 0, true },
-            { "upper", three(box.m_adBox + 3), "m", "upper corner x, y, z", kAny, 0, true },
+            { "upper", three(box.m_adBox, 3), "m", "upper corner x, y, z", kAny, 0, true },
             { "level", &box.m_uintLevel, "", "refinement level in the box", kLevels, 0, true },
             { "tag", &box.m_uintTag, "", "closes the box in the grid generator input" },
         };

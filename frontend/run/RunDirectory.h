@@ -46,7 +46,7 @@ struct RunRecord {
 
 /// The directory of a run, given itself or a file in it: absolute, every link followed, without "/"
 /// at its end. Nothing if there is no such thing, or if it is the top of the file system.
-[[nodiscard]] std::optional<std::string> run_root(const std::string& path);
+[[nodiscard]] std::optional<std::string> run_root(const std::string& text);
 
 /// The key of the run's link, which is the path of its model.
 [[nodiscard]] Tavro::FilePath link_key(const std::string& root);
