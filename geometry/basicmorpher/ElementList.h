@@ -111,7 +111,10 @@ public:
         return former;
     }
     [[nodiscard]] friend bool operator==(ElementIt p, ElementIt q) = default;
-    [[nodiscard]] friend std::strong_ordering operator<=>(ElementIt p, ElementIt q) = default;
+    [[nodiscard]] friend std::strong_ordering operator<=>(ElementIt p, ElementIt q)
+    {
+        return p.m_uiHandle <=> q.m_uiHandle;
+    }
 
     /// Different for each element of a list, and rising in order of creation.
     [[nodiscard]] std::uint32_t Handle() const { return m_uiHandle; }
