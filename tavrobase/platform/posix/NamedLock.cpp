@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tavrobase/platform/NamedLock.h"
 
-#include "tavrobase/platform/Sleep.h"
+#include "tavrobase/platform/LockSuccession.h"
 #include "tavrobase/platform/posix/NamedObject.h"
 #include "tavrobase/platform/posix/SysCall.h"
 
@@ -12,7 +12,6 @@
 
 #include <fcntl.h>
 #include <pthread.h>
-#include <sched.h>
 #include <semaphore.h>
 #include <sys/file.h>
 #include <sys/mman.h>
@@ -23,30 +22,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// How far the owner of the mutex has come with the semaphore. It is written before and after each
-// step, so that at the owner's death only the two steps themselves leave a doubt.
-enum class Phase : std::uint32_t {
-    Idle, // the semaphore is not ours
-    Trying, // in the call that may take it: in doubt
-    Resting, // it was not to be had; it is not ours
-    Held, // ours
-    Releasing, // in the call that gives it back: in doubt
-};
-
 // The guard's name carries the version of this structure: a build with another one gets a guard of
 // its own, and the two still exclude each other by the semaphore.
 constexpr const char* kGuardSuffix = ".guard1";
 
 struct Guard {
     std::atomic<std::uint32_t> ready; // 1 once all that follows can be used
-    std::atomic<Phase> phase;
-    std::atomic<std::int64_t>
-        doubtSince; // nanoseconds of `Clock`, the same for all; 0 if there is none
+    std::atomic<LockPhase> phase;
+    std::atomic<std::int64_t> doubtSince;
     // Waiters look at the mutex, and the owner writes the phase: not in one cache line.
     alignas(64) pthread_mutex_t mutex;
 };
-static_assert(std::atomic<Phase>::is_always_lock_free);
-static_assert(std::atomic<std::int64_t>::is_always_lock_free);
 
 constexpr std::size_t kMemoOffset = 128;
 constexpr std::size_t kGuardBytes = kMemoOffset + NamedLock::kMemoBytes;
@@ -120,28 +106,6 @@ ErrorNumber lock_mutex(pthread_mutex_t& mutex)
     return error;
 }
 
-// Growing rests between two looks at the semaphore: almost every hold of another program is over
-// within the first few, and one that lasts must not cost a processor.
-class Patience {
-public:
-    void rest()
-    {
-        constexpr unsigned kYields = 64;
-        constexpr std::uint64_t kLongestRest = 8;
-        if (m_turn++ < kYields) {
-            ::sched_yield();
-            return;
-        }
-        sleep_milliseconds(m_rest);
-        if (m_turn % kYields == 0 && m_rest < kLongestRest)
-            m_rest *= 2;
-    }
-
-private:
-    unsigned m_turn = 0;
-    std::uint64_t m_rest = 1;
-};
-
 } // namespace
 
 struct NamedLock::Objects {
@@ -156,10 +120,12 @@ struct NamedLock::Objects {
     [[nodiscard]] Failure open_semaphore(const std::string& name);
     [[nodiscard]] ErrorNumber close();
 
-    void enter(Phase phase) const { guard->phase.store(phase, std::memory_order_release); }
-    [[nodiscard]] ErrorNumber take_semaphore() const;
-    [[nodiscard]] ErrorNumber wait_for_semaphore() const;
-    [[nodiscard]] ErrorNumber succeed_dead_owner(Phase left) const;
+    [[nodiscard]] LockRecord record() const { return { guard->phase, guard->doubtSince }; }
+    /// 0, EAGAIN if somebody else has it, or the failure.
+    [[nodiscard]] ErrorNumber take_semaphore() const
+    {
+        return Posix::error_of(::sem_trywait, semaphore);
+    }
 
     Guard* guard = nullptr;
     sem_t* semaphore = nullptr;
@@ -228,56 +194,6 @@ ErrorNumber NamedLock::Objects::close()
     return error;
 }
 
-// 0, EAGAIN if somebody else has it, or the failure.
-ErrorNumber NamedLock::Objects::take_semaphore() const
-{
-    return Posix::error_of(::sem_trywait, semaphore);
-}
-
-ErrorNumber NamedLock::Objects::wait_for_semaphore() const
-{
-    // A blocking wait would leave a doubt at every death in it. With short looks the doubt is
-    // confined to a few instructions.
-    for (Patience patience;; patience.rest()) {
-        enter(Phase::Trying);
-        const ErrorNumber error = take_semaphore();
-        if (error == 0) {
-            enter(Phase::Held);
-            return 0;
-        }
-        enter(Phase::Resting);
-        if (error != EAGAIN)
-            return error;
-    }
-}
-
-// Comes after an owner that died in phase `left`. Until the semaphore is ours the phase stays as it
-// is, so that our own death here leaves the next one the same knowledge.
-ErrorNumber NamedLock::Objects::succeed_dead_owner(Phase left) const
-{
-    if (left == Phase::Idle || left == Phase::Resting)
-        return wait_for_semaphore();
-    // One wait from the first doubt on, however many die in it.
-    const auto now = Clock::now().time_since_epoch();
-    auto since = std::chrono::nanoseconds(guard->doubtSince.load(std::memory_order_relaxed));
-    if (since.count() == 0 || since > now) {
-        since = now;
-        guard->doubtSince.store(since.count(), std::memory_order_relaxed);
-    }
-    const auto end = left == Phase::Held ? now : since + takeoverWait;
-    for (Patience patience;; patience.rest()) {
-        const ErrorNumber error = take_semaphore();
-        if (error != 0 && error != EAGAIN)
-            return error;
-        if (error == 0 || Clock::now().time_since_epoch() >= end)
-            break;
-    }
-    enter(Phase::Held); // with the value that the dead owner took down, if it is still down
-    // Only now: killed before this line, we leave a hold without a doubt, which ends here as well.
-    guard->doubtSince.store(0, std::memory_order_relaxed);
-    return 0;
-}
-
 NamedLock::NamedLock() = default;
 
 NamedLock::~NamedLock()
@@ -326,8 +242,11 @@ ErrorNumber NamedLock::acquire()
         error = ::pthread_mutex_consistent(&guard.mutex);
     if (error != 0)
         return error;
-    error = ownerDied ? m_objects->succeed_dead_owner(guard.phase.load(std::memory_order_acquire))
-                      : m_objects->wait_for_semaphore();
+    const LockRecord record = m_objects->record();
+    const auto take = [this] { return m_objects->take_semaphore(); };
+    error = ownerDied ? succeed_dead_owner(record, guard.phase.load(std::memory_order_acquire),
+                m_objects->takeoverWait, EAGAIN, take)
+                      : wait_for_semaphore(record, EAGAIN, take);
     if (error != 0)
         ::pthread_mutex_unlock(&guard.mutex);
     return error;
@@ -338,12 +257,12 @@ ErrorNumber NamedLock::release()
     if (!m_objects)
         return EINVAL;
     int value = 0;
-    m_objects->enter(Phase::Releasing);
+    m_objects->record().enter(LockPhase::Releasing);
     ErrorNumber error = Posix::error_of(::sem_getvalue, m_objects->semaphore, &value);
     // Above 1 two programs would be inside at once from then on.
     if (error == 0)
         error = value > 0 ? EOVERFLOW : Posix::error_of(::sem_post, m_objects->semaphore);
-    m_objects->enter(Phase::Idle);
+    m_objects->record().enter(LockPhase::Idle);
     ::pthread_mutex_unlock(&m_objects->guard->mutex);
     return error;
 }
