@@ -4,10 +4,8 @@
 #include "frontend/run/Json.h"
 #include "frontend/run/StepWords.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
-#include <vector>
 
 namespace Frontend {
 
@@ -28,41 +26,48 @@ bool knows_time_left(const Progress& progress)
         && progress.secondsLeft > 0;
 }
 
-struct Piece {
-    std::string text;
-    int worth; ///< pieces of little worth are left out first
-};
+/// How the figures are worded, from the form that explains itself to the one that fits.
+enum class Form { Long, Short, Compact, Tight };
 
-std::size_t length(const std::vector<Piece>& pieces)
+/// What is worth least is left out first.
+enum Worth { Elapsed, SubStep, MaxResidual, TotalResidual, TimeLeft, StepNumber, StepName };
+
+std::string residuals_text(const Progress& progress, Form form, bool both)
 {
-    std::size_t sum = 0;
-    for (const Piece& piece : pieces)
-        sum += piece.text.size() + 2;
-    return sum - 2;
+    const std::string total = number_text(progress.totalResidual, std::chars_format::scientific, 2);
+    const std::string max = number_text(progress.maxResidual, std::chars_format::scientific, 2);
+    if (form == Form::Long)
+        return "total residual " + total + (both ? ", max residual " + max : "");
+    const std::string word = form == Form::Tight ? "res " : both ? "residuals " : "residual ";
+    return word + total + (both ? (form == Form::Short ? ", " : " ") + max : "");
 }
 
-std::vector<Piece> pieces_of(const Progress& progress, const std::string& elapsed)
+/// All that is worth at least so much.
+std::string text_of(const Progress& progress, const std::string& elapsed, Form form, int least)
 {
-    std::vector<Piece> pieces { { step_name(progress.step), 9 } };
+    const bool narrow = form == Form::Compact || form == Form::Tight;
+    std::string text = step_name(progress.step);
+    const auto add = [&](Worth worth, const std::string& piece) {
+        if (worth >= least)
+            text += ", " + piece;
+    };
     if (progress.has_solver()) {
-        using std::chars_format;
-        pieces.push_back(
-            { "step " + std::to_string(progress.number) + " of " + std::to_string(progress.total),
-                8 });
-        pieces.push_back(
-            { "total residual " + number_text(progress.totalResidual, chars_format::scientific, 2),
-                6 });
-        pieces.push_back(
-            { "max residual " + number_text(progress.maxResidual, chars_format::scientific, 2),
-                5 });
-        pieces.push_back(
-            { "sub-step " + number_text(progress.subStep, chars_format::fixed, 2), 4 });
+        add(StepNumber,
+            "step " + std::to_string(progress.number) + (narrow ? "/" : " of ")
+                + std::to_string(progress.total));
+        add(TotalResidual, residuals_text(progress, form, least <= MaxResidual));
+        add(SubStep,
+            (form == Form::Tight ? "sub " : "sub-step ")
+                + number_text(progress.subStep, std::chars_format::fixed, 2));
     }
     if (knows_time_left(progress))
-        pieces.push_back({ duration_text(progress.secondsLeft) + " left", 7 });
+        add(TimeLeft,
+            (narrow ? narrow_duration_text(progress.secondsLeft)
+                    : duration_text(progress.secondsLeft))
+                + " left");
     if (!elapsed.empty())
-        pieces.push_back({ elapsed, 3 });
-    return pieces;
+        add(Elapsed, elapsed);
+    return text;
 }
 
 } // namespace
@@ -96,15 +101,17 @@ std::optional<Progress> read_progress(
 std::string progress_text(
     const Progress& progress, std::optional<unsigned> columns, const std::string& elapsed)
 {
-    std::vector<Piece> pieces = pieces_of(progress, elapsed);
-    while (columns && pieces.size() > 1 && length(pieces) > *columns) {
-        pieces.erase(std::min_element(pieces.begin(), pieces.end(),
-            [](const Piece& a, const Piece& b) { return a.worth < b.worth; }));
+    std::string text = text_of(progress, elapsed, Form::Long, Elapsed);
+    if (!columns)
+        return text;
+    // Words go before figures do; only what has passed is not worth a word.
+    for (int least = Elapsed; least <= StepName && text.size() > *columns; ++least) {
+        for (const Form form : { Form::Long, Form::Short, Form::Compact, Form::Tight }) {
+            if (text.size() > *columns && (least > Elapsed || form == Form::Long))
+                text = text_of(progress, elapsed, form, least);
+        }
     }
-    std::string text;
-    for (const Piece& piece : pieces)
-        text += (text.empty() ? "" : ", ") + piece.text;
-    if (columns && text.size() > *columns)
+    if (text.size() > *columns)
         text.resize(*columns);
     return text;
 }

@@ -30,8 +30,8 @@ struct Progress {
 [[nodiscard]] std::optional<Progress> read_progress(
     const VRK::GUIConLink& link, Tavro::LinkManager::Result& result);
 
-/// "solver, step 3 of 20, total residual 7.5e-01, ..., 12 s left". If `columns` is given, what
-/// matters least is left out until it fits.
+/// "solver, step 3 of 20, total residual 7.5e-01, ..., 12 s left". If `columns` is given, shorter
+/// words are used until it fits, and, where there are none, what matters least is left out.
 [[nodiscard]] std::string progress_text(const Progress& progress,
     std::optional<unsigned> columns = std::nullopt, const std::string& elapsed = "");
 

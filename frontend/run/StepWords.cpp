@@ -107,4 +107,19 @@ std::string duration_text(long long seconds)
         + " min";
 }
 
+std::string narrow_duration_text(long long seconds)
+{
+    constexpr long long kMinute = 60;
+    constexpr long long kHour = 3600;
+    constexpr long long kDay = 24 * kHour;
+    const auto text = [seconds](long long unit, const char* name, long long part, const char* of) {
+        return std::to_string(seconds / unit) + name + std::to_string(seconds % unit / part) + of;
+    };
+    if (seconds < kMinute)
+        return std::to_string(seconds) + "s";
+    if (seconds < kHour)
+        return text(kMinute, "m", 1, "s");
+    return seconds < 100 * kHour ? text(kHour, "h", kMinute, "m") : text(kDay, "d", kHour, "h");
+}
+
 } // namespace Frontend

@@ -20,5 +20,7 @@ namespace Frontend {
 
 /// "45 s", "3 min 20 s", "2 h 5 min".
 [[nodiscard]] std::string duration_text(long long seconds);
+/// The same in at most six letters, below a hundred days: "75s" is "1m15s".
+[[nodiscard]] std::string narrow_duration_text(long long seconds);
 
 } // namespace Frontend

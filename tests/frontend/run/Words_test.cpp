@@ -14,6 +14,7 @@ using Frontend::duration_text;
 using Frontend::json_member;
 using Frontend::json_text;
 using Frontend::logs_of_step;
+using Frontend::narrow_duration_text;
 using Frontend::Progress;
 using Frontend::progress_members;
 using Frontend::progress_text;
@@ -75,6 +76,17 @@ TEST(StepWords, DurationsAreTwoUnitsLong)
     EXPECT_EQ(duration_text(7540), "2 h 5 min");
 }
 
+TEST(StepWords, NarrowDurationsHaveAtMostSixLetters)
+{
+    EXPECT_EQ(narrow_duration_text(0), "0s");
+    EXPECT_EQ(narrow_duration_text(59), "59s");
+    EXPECT_EQ(narrow_duration_text(60), "1m0s");
+    EXPECT_EQ(narrow_duration_text(3599), "59m59s");
+    EXPECT_EQ(narrow_duration_text(3600), "1h0m");
+    EXPECT_EQ(narrow_duration_text(359999), "99h59m");
+    EXPECT_EQ(narrow_duration_text(360000), "4d4h");
+}
+
 // In the binary forms 0.75 and 0.0625 there is nothing to round.
 const Progress kSolver { VRK::StepSolver, 3, 20, 0.75, 0.0625, 0.5, 75, 1 };
 
@@ -85,20 +97,66 @@ TEST(ProgressText, HasAllOfTheSolversFigures)
         "1 min 15 s left");
 }
 
-TEST(ProgressText, LeavesOutWhatIsWorthLeastUntilItFits)
+TEST(ProgressText, UsesFewerWordsAndThenLeavesOutWhatIsWorthLeastUntilItFits)
 {
     // Lengths: 6, 12, 23, 21, 13, 15 and 3, 105 in all with ", " between two.
     EXPECT_EQ(progress_text(kSolver, 105, "9 s"), progress_text(kSolver) + ", 9 s");
     EXPECT_EQ(progress_text(kSolver, 104, "9 s"), progress_text(kSolver));
-    EXPECT_EQ(progress_text(kSolver, 99, "9 s"),
-        "solver, step 3 of 20, total residual 7.50e-01, max residual 6.25e-02, 1 min 15 s left");
-    EXPECT_EQ(progress_text(kSolver, 80, "9 s"),
-        "solver, step 3 of 20, total residual 7.50e-01, 1 min 15 s left");
+    EXPECT_EQ(progress_text(kSolver, 100, "9 s"), progress_text(kSolver));
+    // 6, 12, 28, 13 and 15 with ", " between two: 82.
+    const std::string shorter
+        = "solver, step 3 of 20, residuals 7.50e-01, 6.25e-02, sub-step 0.50, 1 min 15 s left";
+    EXPECT_EQ(progress_text(kSolver, 99, "9 s"), shorter);
+    EXPECT_EQ(progress_text(kSolver, 82, "9 s"), shorter);
+    // 6, 9, 27, 13 and 10: 73.
+    const std::string compact
+        = "solver, step 3/20, residuals 7.50e-01 6.25e-02, sub-step 0.50, 1m15s left";
+    EXPECT_EQ(progress_text(kSolver, 81, "9 s"), compact);
+    EXPECT_EQ(progress_text(kSolver, 73, "9 s"), compact);
+    // 6, 9, 21, 8 and 10: 62.
+    const std::string tight = "solver, step 3/20, res 7.50e-01 6.25e-02, sub 0.50, 1m15s left";
+    EXPECT_EQ(progress_text(kSolver, 72, "9 s"), tight);
+    EXPECT_EQ(progress_text(kSolver, 62, "9 s"), tight);
+    // From here on something is left out, and what is kept has as many words as there is room for.
+    EXPECT_EQ(progress_text(kSolver, 61, "9 s"),
+        "solver, step 3/20, residuals 7.50e-01 6.25e-02, 1m15s left");
+    EXPECT_EQ(
+        progress_text(kSolver, 52, "9 s"), "solver, step 3/20, res 7.50e-01 6.25e-02, 1m15s left");
+    EXPECT_EQ(
+        progress_text(kSolver, 51, "9 s"), "solver, step 3/20, residual 7.50e-01, 1m15s left");
+    EXPECT_EQ(progress_text(kSolver, 43, "9 s"), "solver, step 3/20, res 7.50e-01, 1m15s left");
     EXPECT_EQ(progress_text(kSolver, 40, "9 s"), "solver, step 3 of 20, 1 min 15 s left");
-    EXPECT_EQ(progress_text(kSolver, 30, "9 s"), "solver, step 3 of 20");
-    EXPECT_EQ(progress_text(kSolver, 19, "9 s"), "solver");
+    EXPECT_EQ(progress_text(kSolver, 30, "9 s"), "solver, step 3/20, 1m15s left");
+    EXPECT_EQ(progress_text(kSolver, 28, "9 s"), "solver, step 3 of 20");
+    EXPECT_EQ(progress_text(kSolver, 19, "9 s"), "solver, step 3/20");
+    EXPECT_EQ(progress_text(kSolver, 16, "9 s"), "solver");
     EXPECT_EQ(progress_text(kSolver, 3, "9 s"), "sol");
     EXPECT_EQ(progress_text(kSolver, 0, "9 s"), "");
+}
+
+TEST(ProgressText, HasAllFiguresOfALongRunInATerminalOfEightyColumns)
+{
+    // One of the columns stays free. 0.191 and 0.0477 are near the binary forms that they have.
+    EXPECT_EQ(progress_text({ VRK::StepSolver, 42, 108, 0.191, 0.0477, 0.75, 9, 1 }, 79, "1 s"),
+        "solver, step 42 of 108, residuals 1.91e-01, 4.77e-02, sub-step 0.75, 9 s left");
+    // 12 h 34 min; 6, 16, 21, 8 and 11 letters with ", " between two: 70, and 79 of the other one.
+    EXPECT_EQ(
+        progress_text({ VRK::StepSolver, 12345, 50000, 0.191, 0.0477, 0.75, 45240, 1 }, 79, "9 s"),
+        "solver, step 12345/50000, res 1.91e-01 4.77e-02, sub 0.75, 12h34m left");
+    EXPECT_EQ(
+        progress_text({ VRK::StepAdaptiveSolver, 12345, 50000, 0.191, 0.0477, 0.75, 45240, 1 }, 79),
+        "adaptive solver, step 12345/50000, res 1.91e-01 4.77e-02, sub 0.75, 12h34m left");
+    // 100 hours are 4 days and 4 hours, which takes no more room.
+    EXPECT_EQ(progress_text(
+                  { VRK::StepAdaptiveSolver, 12345, 50000, 0.191, 0.0477, 0.75, 360000, 1 }, 79),
+        "adaptive solver, step 12345/50000, res 1.91e-01 4.77e-02, sub 0.75, 4d4h left");
+}
+
+TEST(ProgressText, LeavesOutTheTimeThatAStepHasTakenBeforeItsName)
+{
+    const Progress octree { VRK::StepGridOctree, 0, 20, 0.0, 0.0, 0.0, 0, 0 };
+    EXPECT_EQ(progress_text(octree, 17, "9 s"), "grid: octree, 9 s");
+    EXPECT_EQ(progress_text(octree, 16, "9 s"), "grid: octree");
 }
 
 TEST(ProgressText, ShowsNoFiguresWhereNoSolverRuns)
