@@ -121,7 +121,8 @@ private:
             }
             const std::string below = joined(path, member.key);
             const Place place { m_file, member.line, member.column };
-            m_case.places[below] = place;
+            // What is found later is about the value, as what reading it finds is.
+            m_case.places[below] = member.value.line > 0 ? at(member.value) : place;
             if (known != nullptr) {
                 take(member.value, *known, below);
             } else if (std::find(others.begin(), others.end(), member.key) == others.end()) {
@@ -486,8 +487,14 @@ private:
 
 Place CaseTree::place(const std::string& path) const
 {
-    const auto found = places.find(path);
-    return found == places.end() ? whole : found->second;
+    // What is not there lacks in the table around it.
+    for (std::string there = path; !there.empty();) {
+        if (const auto found = places.find(there); found != places.end())
+            return found->second;
+        const auto end = there.find_last_of(".[");
+        there.resize(end == std::string::npos ? 0 : end);
+    }
+    return whole;
 }
 
 bool CaseTree::sound(const std::string& path) const

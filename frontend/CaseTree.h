@@ -22,7 +22,8 @@ struct BodySource {
 };
 [[nodiscard]] Fields body_source_fields(BodySource& source);
 
-/// A record, and where in a text each of its keys stands: "grid.cells", "rotor[0].radius".
+/// A record, and where in a text the value of each of its keys stands: "grid.cells",
+/// "rotor[0].radius". A table stands where its head does.
 struct CaseTree {
     VRK::ControllerInput record {};
     std::map<std::string, Place> places;
@@ -34,6 +35,7 @@ struct CaseTree {
     std::set<std::string> faulty;
     bool incomplete = false; ///< keys may have been lost with what could not be understood
 
+    /// Of a key that the text does not have, the place of the innermost table around it.
     [[nodiscard]] Place place(const std::string& path) const;
     /// Whether neither the key nor a table around it is faulty, so that something follows from it.
     [[nodiscard]] bool sound(const std::string& path) const;

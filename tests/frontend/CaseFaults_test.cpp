@@ -62,20 +62,21 @@ end = 4
 )")),
         "case.toml:2:12: no TOML\n"
         "case.toml:3:1: there is no key \"theads\" in [case]; expected \"threads\"\n"
-        "case.toml:5:1: there is no restart file none.Rst; expected a file that an earlier run has "
+        "case.toml:5:16: there is no restart file none.Rst; expected a file that an earlier run "
+        "has "
         "left, such as Restarts/CASE.new.Rst\n"
         "case.toml:8:14: \"domain_max\" has 2 entries; expected [3 numbers]\n"
-        "case.toml:13:1: \"level_max\" is below \"level_min\"; expected at least 5\n"
+        "case.toml:13:13: \"level_max\" is below \"level_min\"; expected at least 5\n"
         "case.toml:14:1: warning: body 1 is not closed: 3 edges have only one triangle; through a "
         "hole "
         "larger than a cell air leaks in, and the wetted surface comes out as an open sheet\n"
         "case.toml:16:9: \"level\" is \"two\"; expected an integer from 0 to 30\n"
         "case.toml:21:8: there is no body file none.stl; expected an STL or OBJ file\n"
         "case.toml:25:10: \"radius\" is -1; expected a number above 0\n"
-        "case.toml:28:14: there is no airfoil table none.dat; expected a file in the fixed-column "
+        "case.toml:28:21: there is no airfoil table none.dat; expected a file in the fixed-column "
         "layout\n"
         "case.toml:30:10: [[time.layer]] lacks the key \"steps\"; expected an integer at least 1\n"
-        "case.toml:34:1: warning: trim ends before it starts\n");
+        "case.toml:34:7: warning: trim ends before it starts\n");
 }
 
 TEST(CaseFaults, AValueThatIsNoTomlDoesNotMakeItsKeyMissing)
@@ -183,9 +184,9 @@ TEST(CaseFaults, WhatFollowsFromAFaultyFieldIsNotReported)
 TEST(CaseFaults, EveryAxisWithoutExtentIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("domain_max = [8, 8, 8]", "domain_max = [-8, 8, -9]")),
-        "case.toml:6:1: the domain has no extent along x: -8.0 to -8.0; expected \"domain_max\" "
+        "case.toml:6:14: the domain has no extent along x: -8.0 to -8.0; expected \"domain_max\" "
         "above \"domain_min\"\n"
-        "case.toml:6:1: the domain has no extent along z: -8.0 to -9.0; expected \"domain_max\" "
+        "case.toml:6:14: the domain has no extent along z: -8.0 to -9.0; expected \"domain_max\" "
         "above \"domain_min\"\n");
 }
 

@@ -69,6 +69,26 @@ TEST(CaseMessages, AMissingTableIsReportedByItsKeys)
         "case.toml: [case] lacks the key \"name\"; expected a text\n");
 }
 
+TEST(CaseMessages, WhatAMissingKeyMakesWrongIsReportedAtItsTable)
+{
+    EXPECT_EQ(messages(kPlainCase + "[adaptation]\non = true\n"),
+        "case.toml:25:1: adaptation is on and its \"period\" is 0; expected at least 1\n");
+    EXPECT_EQ(messages(plain_case_with(
+                  "[[time.layer]]\nduration = 1.0\nsteps = 10\n", "[time]\n[trim]\non = false\n")),
+        "case.toml:22:1: warning: there is no [[time.layer]], so the solver has no step to do\n");
+    EXPECT_EQ(messages(with_rotor("[[rotor.airfoil]]\nr = 0.5\n")),
+        "case.toml:31:1: [[rotor.airfoil]] lacks the key \"file\"; expected a text\n");
+}
+
+TEST(CaseMessages, KeysOfATableThatHasOnlyInnerHeadsAreMissedAtTheFirstOfThem)
+{
+    EXPECT_EQ(messages("[grid.wetted_surface]\nlevel = 2\n[case]\nname = \"n\"\n[[time.layer]]\n"
+                       "duration = 1\nsteps = 1\n"),
+        "case.toml:1:1: [grid] lacks the key \"domain_min\"; expected [3 numbers]\n"
+        "case.toml:1:1: [grid] lacks the key \"domain_max\"; expected [3 numbers]\n"
+        "case.toml:1:1: [grid] lacks the key \"cells\"; expected [3 integers] at least 1\n");
+}
+
 TEST(CaseMessages, ATextForANumberIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("duration = 1.0", "duration = \"long\"")),
@@ -162,7 +182,7 @@ TEST(CaseMessages, AnEntryOfARowIsReportedAtItself)
     EXPECT_EQ(messages(with_rotor("chord = [[0.2, 0.1], [1.0, \"x\"]]\nchord_table = true\n"
                                   "airfoil = [{ file = \"notes.txt\" }]\n")),
         "case.toml:31:28: an entry of \"chord\" is \"x\"; expected a number\n"
-        "case.toml:33:14: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
+        "case.toml:33:21: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
         "tells why\n");
 }
 
@@ -230,21 +250,21 @@ TEST(CaseMessages, ABodyWithFileAndFacetsIsReported)
 TEST(CaseMessages, AMissingAirfoilTableIsReportedAtItsName)
 {
     EXPECT_EQ(messages(with_rotor("[[rotor.airfoil]]\nfile = \"naca.dat\"\n")),
-        "case.toml:32:1: there is no airfoil table naca.dat; expected a file in the fixed-column "
+        "case.toml:32:8: there is no airfoil table naca.dat; expected a file in the fixed-column "
         "layout\n");
 }
 
 TEST(CaseMessages, AFileWithoutAirfoilTableIsAWarning)
 {
     EXPECT_EQ(messages(with_rotor("[[rotor.airfoil]]\nfile = \"notes.txt\"\n")),
-        "case.toml:32:1: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
+        "case.toml:32:8: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
         "tells why\n");
 }
 
 TEST(CaseMessages, ADomainWithoutVolumeIsReported)
 {
     EXPECT_EQ(messages(plain_case_with("domain_max = [8, 8, 8]", "domain_max = [8, -8, 8]")),
-        "case.toml:6:1: the domain has no extent along y: -8.0 to -8.0; expected \"domain_max\" "
+        "case.toml:6:14: the domain has no extent along y: -8.0 to -8.0; expected \"domain_max\" "
         "above "
         "\"domain_min\"\n");
 }
@@ -253,7 +273,7 @@ TEST(CaseMessages, LevelsThatAreTurnedRoundAreReported)
 {
     EXPECT_EQ(messages(kPlainCase
                   + "[grid.wetted_surface]\non = true\nlevel = 2\nlevel_min = 5\nlevel_max = 4\n"),
-        "case.toml:29:1: \"level_max\" is below \"level_min\"; expected at least 5\n");
+        "case.toml:29:13: \"level_max\" is below \"level_min\"; expected at least 5\n");
 }
 
 TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsReported)
@@ -261,7 +281,7 @@ TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsReported)
     const std::string path(1001, 'p');
     EXPECT_EQ(messages(plain_case_with(
                   "name = \"plain\"", "name = \"plain\"\ncompletion_file = \"" + path + '"')),
-        "case.toml:3:1: \"completion_file\" has 1001 bytes; expected at most 1000\n");
+        "case.toml:3:19: \"completion_file\" has 1001 bytes; expected at most 1000\n");
     EXPECT_EQ(messages(plain_case_with("name = \"plain\"",
                   "name = \"plain\"\ncompletion_file = \"" + path.substr(1) + '"')),
         "");
@@ -270,26 +290,26 @@ TEST(CaseMessages, ACompletionPathOfMoreThan1000BytesIsReported)
 TEST(CaseMessages, AdaptationWithoutPeriodIsReported)
 {
     EXPECT_EQ(messages(kPlainCase + "[adaptation]\non = true\nperiod = 0\n"),
-        "case.toml:27:1: adaptation is on and its \"period\" is 0; expected at least 1\n");
+        "case.toml:27:10: adaptation is on and its \"period\" is 0; expected at least 1\n");
 }
 
 TEST(CaseMessages, SettingsWithoutEffectAreWarnings)
 {
     EXPECT_EQ(messages(plain_case_with("name = \"plain\"", "name = \"plain\"\nrestart_file = \"r\"")
                   + "[trajectory]\ntext = \"fly\"\n"),
-        R"(case.toml:3:1: warning: "restart_file" has no effect and is not kept: "restart" is )"
+        R"(case.toml:3:16: warning: "restart_file" has no effect and is not kept: "restart" is )"
         "not "
         "on\n"
-        "case.toml:27:1: warning: \"text\" has no effect and is not kept: \"on\" is not set\n");
+        "case.toml:27:8: warning: \"text\" has no effect and is not kept: \"on\" is not set\n");
 }
 
 TEST(CaseMessages, ARotorWithoutAirfoilsOrWithTablesThatDoNotCountIsAWarning)
 {
     EXPECT_EQ(messages(with_rotor("twist_table = true\nchord = [[1, 0.1], [0, 0.1]]\n")),
         "case.toml:25:1: warning: the rotor has no [[rotor.airfoil]]\n"
-        "case.toml:31:1: warning: \"twist_table\" is on, but \"twist\" has no rows\n"
-        "case.toml:32:1: warning: r/R does not go up from row to row of \"chord\"\n"
-        "case.toml:32:1: warning: \"chord\" has no effect: \"chord_table\" is not on\n");
+        "case.toml:31:15: warning: \"twist_table\" is on, but \"twist\" has no rows\n"
+        "case.toml:32:9: warning: r/R does not go up from row to row of \"chord\"\n"
+        "case.toml:32:9: warning: \"chord\" has no effect: \"chord_table\" is not on\n");
 }
 
 TEST(CaseMessages, ACaseWithoutLayersIsAWarning)

@@ -31,9 +31,9 @@ TEST(CaseWarnings, RangesOfStepsThatEndBeforeTheyStart)
                   + "[trim]\non = true\nstart = 5\nend = 4\n"
                     "[output.average]\non = true\nstart = 5\nend = 4\n"
                     "[adaptation]\non = true\nperiod = 1\nuse_end = true\nstart = 5\nend = 4\n"),
-        "case.toml:28:1: warning: trim ends before it starts\n"
-        "case.toml:32:1: warning: the averages end before they start\n"
-        "case.toml:38:1: warning: adaptation ends before it starts\n");
+        "case.toml:28:7: warning: trim ends before it starts\n"
+        "case.toml:32:7: warning: the averages end before they start\n"
+        "case.toml:38:7: warning: adaptation ends before it starts\n");
 }
 
 TEST(CaseWarnings, AWettedSurfaceOfNothing)
@@ -41,7 +41,7 @@ TEST(CaseWarnings, AWettedSurfaceOfNothing)
     EXPECT_EQ(messages("[case]\nname = \"n\"\n[grid]\ndomain_min = [0, 0, 0]\n"
                        "domain_max = [1, 1, 1]\ncells = [1, 1, 1]\n"
                        "wetted_surface = { on = true }\n[[time.layer]]\nduration = 1\nsteps = 1\n"),
-        "case.toml:7:20: warning: a wetted surface is asked for, but there is no body\n");
+        "case.toml:7:25: warning: a wetted surface is asked for, but there is no body\n");
 }
 
 TEST(CaseWarnings, ARotorOutOfTheDomainAndHarmonicsThatDoNotCount)
@@ -50,10 +50,10 @@ TEST(CaseWarnings, ARotorOutOfTheDomainAndHarmonicsThatDoNotCount)
                                   "airfoil = [{ file = \"notes.txt\" }]\n");
     text.replace(text.find("center = [0, 0, 0]"), 18, "center = [0, 0, 9]");
     EXPECT_EQ(messages(text),
-        "case.toml:27:1: warning: the rotor's centre lies outside the domain\n"
-        "case.toml:31:1: warning: \"cyclic_pitch\" is on, but \"cyclic\" has no rows\n"
-        "case.toml:32:1: warning: \"flap\" has no effect: \"flapping\" is not on\n"
-        "case.toml:33:14: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
+        "case.toml:27:10: warning: the rotor's centre lies outside the domain\n"
+        "case.toml:31:16: warning: \"cyclic_pitch\" is on, but \"cyclic\" has no rows\n"
+        "case.toml:32:8: warning: \"flap\" has no effect: \"flapping\" is not on\n"
+        "case.toml:33:21: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
         "tells why\n");
 }
 
@@ -62,8 +62,8 @@ TEST(CaseWarnings, ATextIsCutAtItsFirstZeroByte)
     EXPECT_EQ(messages(kPlainCase
                   + "[output.forces]\nmoment_groups = \"a\\u0000b\"\n"
                     "[trajectory]\non = true\ntext = \"a\\u0000b\"\n"),
-        "case.toml:26:1: warning: the text is cut at its first zero byte when the case is read\n"
-        "case.toml:29:1: warning: the text is cut at its first zero byte when the case is read\n");
+        "case.toml:26:17: warning: the text is cut at its first zero byte when the case is read\n"
+        "case.toml:29:8: warning: the text is cut at its first zero byte when the case is read\n");
 }
 
 TEST(CaseWarnings, AFaultyAirfoilTable)
@@ -79,7 +79,7 @@ TEST(CaseWarnings, AFaultyAirfoilTable)
     std::ostringstream reported;
     diagnostics.print(reported);
     EXPECT_EQ(reported.str(),
-        "case.toml:31:14: warning: the airfoil table in a.dat has faults; `vortik airfoil check` "
+        "case.toml:31:21: warning: the airfoil table in a.dat has faults; `vortik airfoil check` "
         "tells them\n");
 }
 
@@ -94,7 +94,7 @@ TEST(CaseWarnings, EntriesOfListsAreReportedAtThemselves)
     EXPECT_EQ(messages(with_rotor("output_radii = [0.5, \"x\"]\n"
                                   "airfoil = [{ file = \"notes.txt\", r = 1.5 }]\n")),
         "case.toml:31:22: an entry of \"output_radii\" is \"x\"; expected a number\n"
-        "case.toml:32:14: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
+        "case.toml:32:21: warning: no airfoil table is found in notes.txt; `vortik airfoil check` "
         "tells why\n"
         "case.toml:32:38: \"r\" is 1.5; expected a number from 0 to 1\n");
     EXPECT_EQ(messages(plain_case_with("id = 1", "id = 1\nrotate = [0, true, 0]")),
