@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace Frontend {
 
@@ -14,17 +15,27 @@ namespace {
 
 using Point = Tavro::Vector<double, 3>;
 
-/// Turns about axis 0, 1 or 2.
+/// Turns about axis 0, 1 or 2. A quarter turn is exact, and other turns are the same everywhere:
+/// the libraries agree on sines and cosines up to half a right angle.
 Point turned(const Point& p, std::size_t axis, double degrees)
 {
     if (degrees == 0.0)
         return p;
-    const double angle = degrees * std::numbers::pi / 180.0;
+    int quarters = 0;
+    const double rest = std::remquo(degrees, 90.0, &quarters) * std::numbers::pi / 180.0;
+    double cosine = std::cos(rest);
+    double sine = std::sin(rest);
+    if (quarters % 2 != 0)
+        cosine = -std::exchange(sine, cosine);
+    if ((static_cast<unsigned int>(quarters) & 2U) != 0) {
+        cosine = -cosine;
+        sine = -sine;
+    }
     const std::size_t a = (axis + 1) % 3;
     const std::size_t b = (axis + 2) % 3;
     Point q = p;
-    q[a] = std::cos(angle) * p[a] - std::sin(angle) * p[b];
-    q[b] = std::sin(angle) * p[a] + std::cos(angle) * p[b];
+    q[a] = cosine * p[a] - sine * p[b] + 0.0; // which makes 0 of -0
+    q[b] = sine * p[a] + cosine * p[b] + 0.0;
     return q;
 }
 

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <map>
 #include <sstream>
 
 namespace {
@@ -127,9 +129,7 @@ TEST(BodyFile, ScalingComesBeforeTurningAndTurningBeforeMoving)
     Frontend::move_facets(source, facets);
     // Twice (1,0,0) is (2,0,0), turned (0,2,0), moved (10,2,0); and so on.
     const Numbers expected { 10, 2, 0, 8, 0, 0, 10, 0, 2 };
-    const Numbers got = numbers(facets);
-    for (std::size_t i = 0; i < 9; ++i)
-        EXPECT_NEAR(got[i], expected[i], 1e-12) << i;
+    EXPECT_EQ(numbers(facets), expected);
 }
 
 TEST(BodyFile, TurningIsAboutXThenYThenZ)
@@ -140,9 +140,44 @@ TEST(BodyFile, TurningIsAboutXThenYThenZ)
     source.rotate[1] = 90.0; // z becomes x, x becomes -z
     Frontend::move_facets(source, facets);
     const Numbers expected { 1, 0, 0, 0, -1, 0, 0, 0, -1 };
-    const Numbers got = numbers(facets);
-    for (std::size_t i = 0; i < 9; ++i)
-        EXPECT_NEAR(got[i], expected[i], 1e-12) << i;
+    EXPECT_EQ(numbers(facets), expected);
+}
+
+TEST(BodyFile, QuarterTurnsAreExactHoweverManyTheyAre)
+{
+    // About z: (x, y) becomes (-y, x), (-x, -y), (y, -x).
+    const std::map<double, Numbers> expected { { 90, { -3, 7, 0, 0, 1, 0, 0, 0, 1 } },
+        { -270, { -3, 7, 0, 0, 1, 0, 0, 0, 1 } }, { 180, { -7, -3, 0, -1, 0, 0, 0, 0, 1 } },
+        { -180, { -7, -3, 0, -1, 0, 0, 0, 0, 1 } }, { 270, { 3, -7, 0, 0, -1, 0, 0, 0, 1 } },
+        { -90, { 3, -7, 0, 0, -1, 0, 0, 0, 1 } }, { 360, { 7, 3, 0, 1, 0, 0, 0, 0, 1 } },
+        { 36'000'090, { -3, 7, 0, 0, 1, 0, 0, 0, 1 } } };
+    for (const auto& [degrees, corners] : expected) {
+        Facets facets { { { { 7, 3, 0 }, { 1, 0, 0 }, { 0, 0, 1 } } } };
+        BodySource source;
+        source.rotate[2] = degrees;
+        Frontend::move_facets(source, facets);
+        EXPECT_EQ(numbers(facets), corners) << degrees;
+        for (const double number : numbers(facets))
+            EXPECT_FALSE(number == 0.0 && std::signbit(number)) << degrees;
+    }
+}
+
+TEST(BodyFile, OtherTurnsHaveTheirSineAndCosineInEveryQuarter)
+{
+    const double half = 0.5;
+    const double other = 0.8660254037844386; // of 30 degrees
+    const std::map<double, std::array<double, 2>> expected { { 30, { other, half } },
+        { 60, { half, other } }, { 120, { -half, other } }, { 150, { -other, half } },
+        { 210, { -other, -half } }, { -30, { other, -half } }, { -60, { half, -other } },
+        { -120, { -half, -other } }, { 330, { other, -half } } };
+    for (const auto& [degrees, point] : expected) {
+        Facets facets { { { { 1, 0, 0 }, { 0, 0, 0 }, { 0, 0, 0 } } } };
+        BodySource source;
+        source.rotate[2] = degrees;
+        Frontend::move_facets(source, facets);
+        EXPECT_NEAR(facets[0][0][0], point[0], 1e-15) << degrees;
+        EXPECT_NEAR(facets[0][0][1], point[1], 1e-15) << degrees;
+    }
 }
 
 TEST(BodyFile, WhatIsNotMovedKeepsItsBits)
