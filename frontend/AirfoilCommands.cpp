@@ -24,9 +24,7 @@ std::optional<FoundTable> find_table(const std::string& path, Diagnostics& diagn
     FoundTable found { airfoil_lines(*bytes) };
     const auto before = lines_before_table(found.lines);
     if (!before) {
-        diagnostics.error({ path }, "there is no airfoil table in this file",
-            "a line with a title of 30 columns and six counts of 2 columns, and behind it as many "
-            "lines as the counts promise");
+        tell_lack_of_table(path, found.lines, diagnostics);
         return std::nullopt;
     }
     found.before = *before;
@@ -35,7 +33,7 @@ std::optional<FoundTable> find_table(const std::string& path, Diagnostics& diagn
 
 std::string lines_text(std::size_t count)
 {
-    return std::to_string(count) + (count == 1 ? " line" : " lines");
+    return count == 1 ? "line" : std::to_string(count) + " lines";
 }
 
 int failed(const Diagnostics& diagnostics, ExitStatus status)
@@ -52,7 +50,7 @@ int airfoil_check_command(const std::string& path)
     const auto found = find_table(path, diagnostics);
     if (!found)
         return failed(diagnostics, kBadInput);
-    const std::string sizes = check_airfoil_table(path, found->before, diagnostics);
+    const std::string sizes = check_airfoil_table(path, found->lines, found->before, diagnostics);
     if (diagnostics.failed())
         return failed(diagnostics, kBadInput);
     diagnostics.print(std::cerr);
@@ -83,8 +81,10 @@ int airfoil_clean_command(const std::string& path, const std::string& output, bo
         text += (i > found->before ? "\n" : "") + found->lines[i];
     if (!write_bytes(target, text, diagnostics))
         return failed(diagnostics, kFailed);
-    std::cout << target << ": the table of " << path << " without the " << lines_text(found->before)
-              << " before it\n";
+    std::cout << target << ": the table of " << path;
+    if (found->before > 0)
+        std::cout << " without the " << lines_text(found->before) << " before it";
+    std::cout << '\n';
     return kFinished;
 }
 

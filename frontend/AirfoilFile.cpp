@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <sstream>
 #include <utility>
 
 namespace Frontend {
@@ -17,24 +18,70 @@ bool is_blank(std::string_view line)
     return line.find_first_not_of(' ') == std::string_view::npos;
 }
 
-/// A table that collects the repairs of its fields instead of printing them.
+/// The table in the lines of a file, that collects the repairs of its fields instead of printing
+/// them.
 class CheckedTable : public Tavro::AirfoilTable {
 public:
-    CheckedTable(std::string file, Diagnostics& diagnostics)
+    CheckedTable(std::string file, const std::vector<std::string>& lines, std::size_t linesBefore,
+        Diagnostics& diagnostics)
         : m_file(std::move(file))
+        , m_lines(lines)
+        , m_linesBefore(linesBefore)
         , m_diagnostics(diagnostics)
     {
+        std::string text;
+        for (std::size_t i = linesBefore; i < lines.size(); ++i) {
+            text += lines[i] + '\n';
+            m_ends.push_back(static_cast<std::streamoff>(text.size()));
+        }
+        m_text.str(text);
+    }
+    /// Gives the faults, a line each.
+    std::string read()
+    {
+        std::string faults;
+        unsigned long long line = 1;
+        (void)m_control.readFromFile(m_text); // by which it has been found
+        CoefSubTable* tables[] { &m_lift, &m_drag, &m_moment };
+        for (int i = 0; i < 3; ++i) // what is wrong stands in the text
+            (void)tables[i]->readFromFile(m_text, m_control, i, line, faults, *this);
+        return faults;
     }
     bool conversionWarning(const std::string& from, const std::string& to) const override
     {
-        m_diagnostics.warning({ m_file },
+        m_diagnostics.warning(place_of(from),
             "the field '" + from + "' is no number; a reader may take it for '" + to + "'");
         return true;
     }
 
 private:
+    /// In the line that was read last, behind those of its fields that have been told of.
+    Place place_of(const std::string& field) const
+    {
+        const std::streamoff read = m_text.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
+        const auto end = std::lower_bound(m_ends.begin(), m_ends.end(), read);
+        const auto line = m_linesBefore + static_cast<std::size_t>(end - m_ends.begin());
+        if (line >= m_lines.size())
+            return { m_file };
+        if (line != m_line)
+            m_column = 0;
+        m_line = line;
+        const std::size_t column = m_lines[line].find(field, m_column);
+        if (column == std::string::npos)
+            return { m_file, static_cast<unsigned int>(line + 1), 1 };
+        m_column = column + field.size();
+        return { m_file, static_cast<unsigned int>(line + 1),
+            static_cast<unsigned int>(column + 1) };
+    }
+
     std::string m_file;
+    const std::vector<std::string>& m_lines;
+    std::size_t m_linesBefore;
     Diagnostics& m_diagnostics;
+    std::istringstream m_text;
+    std::vector<std::streamoff> m_ends; ///< of the lines, in the text
+    mutable std::size_t m_line = 0;
+    mutable std::size_t m_column = 0;
 };
 
 /// Takes the line number off a message of the table, which counts from its control line.
@@ -92,23 +139,37 @@ bool is_good_airfoil_table(const std::string& path)
 {
     Diagnostics faults; // told by the command that is for them
     const auto bytes = read_text(path, faults);
-    const auto before
-        = bytes ? lines_before_table(airfoil_lines(*bytes)) : std::optional<std::size_t>();
+    const auto lines = airfoil_lines(bytes.value_or(""));
+    const auto before = lines_before_table(lines);
     if (before)
-        (void)check_airfoil_table(path, *before, faults); // the sizes are not asked for
+        (void)check_airfoil_table(path, lines, *before, faults); // the sizes are not asked for
     return before && !faults.failed();
 }
 
-std::string check_airfoil_table(
-    const std::string& path, std::size_t linesBefore, Diagnostics& diagnostics)
+void tell_lack_of_table(
+    const std::string& path, const std::vector<std::string>& lines, Diagnostics& diagnostics)
 {
-    std::ifstream file(path, std::ios::binary);
-    std::string line;
-    for (std::size_t i = 0; i < linesBefore; ++i)
-        std::getline(file, line);
-    CheckedTable table(path, diagnostics);
-    std::string errors;
-    (void)table.readFromSingleInputFile(file, errors, true); // what is wrong stands in the text
+    Place place { path };
+    std::string why;
+    Tavro::AirfoilTable::TitleAndControlLine control;
+    for (std::size_t i = 0; i < lines.size() && why.empty(); ++i) {
+        if (!control.parse(lines[i]) || control.dataLines() == 0)
+            continue;
+        place.line = static_cast<unsigned int>(i + 1);
+        place.column = static_cast<unsigned int>(control.kTitleWidth + 1);
+        why = ": the counts here promise " + std::to_string(control.dataLines())
+            + " lines behind them, and there are " + std::to_string(lines.size() - i - 1);
+    }
+    diagnostics.error(place, "there is no airfoil table in this file" + why,
+        "a line with a title of 30 columns and six counts of 2 columns, and behind it as many "
+        "lines as the counts promise");
+}
+
+std::string check_airfoil_table(const std::string& path, const std::vector<std::string>& lines,
+    std::size_t linesBefore, Diagnostics& diagnostics)
+{
+    CheckedTable table(path, lines, linesBefore, diagnostics);
+    const std::string errors = table.read();
     for (std::size_t begin = 0; begin < errors.size();) {
         const std::size_t end = std::min(errors.find('\n', begin), errors.size());
         std::string message = errors.substr(begin, end - begin);

@@ -23,9 +23,13 @@ namespace Frontend {
 /// Whether that table is free of faults.
 [[nodiscard]] bool is_good_airfoil_table(const std::string& path);
 
-/// Tells every fault of the table behind those lines. The result is its sizes, as Mach numbers by
-/// angles: "lift 5 x 37, drag 5 x 37, moment 5 x 37".
-[[nodiscard]] std::string check_airfoil_table(
-    const std::string& path, std::size_t linesBefore, Diagnostics& diagnostics);
+/// Tells why a run finds no table in those lines of a file.
+void tell_lack_of_table(
+    const std::string& path, const std::vector<std::string>& lines, Diagnostics& diagnostics);
+
+/// Tells every fault of the table in those lines of a file, behind so many of them. The result is
+/// its sizes, as Mach numbers by angles: "lift 5 x 37, drag 5 x 37, moment 5 x 37".
+[[nodiscard]] std::string check_airfoil_table(const std::string& path,
+    const std::vector<std::string>& lines, std::size_t linesBefore, Diagnostics& diagnostics);
 
 } // namespace Frontend

@@ -58,14 +58,37 @@ TEST_F(AirfoilCommands, CheckTellsFaultsByTheLineOfTheFile)
         "a.dat:3:1: Airfoil Table Validation Error:  More values expected for lift mach table\n");
 }
 
-TEST_F(AirfoilCommands, CheckTellsOfFieldsThatAreNoNumbers)
+TEST_F(AirfoilCommands, CheckTellsWhereFieldsAreThatAreNoNumbers)
 {
-    std::string table = TableTexts::kTable;
+    // One comment, the control line, four lines of lift and three of drag; a value ends in column
+    // 14 or 21.
+    std::string table = "measured\n" + TableTexts::without_last_line_end(TableTexts::kTable);
     table.replace(table.find("-.4000"), 6, "-.4O00");
+    table.replace(table.find("-.4500"), 6, "-.4O00");
+    table.replace(table.find("-0.002"), 6, "-0.0O2");
     write("a.dat", table);
     const auto outcome = run({ "airfoil", "check", "a.dat" });
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_TRUE(outcome.err.starts_with("a.dat: warning: the field '")) << outcome.err;
+    EXPECT_EQ(outcome.err,
+        "a.dat:4:9: warning: the field '-.4O00' is no number; a reader may take it for '-.400'\n"
+        "a.dat:4:16: warning: the field '-.4O00' is no number; a reader may take it for '-.400'\n"
+        "a.dat:11:9: warning: the field '-0.0O2' is no number; a reader may take it for '-0.02'\n");
+}
+
+TEST_F(AirfoilCommands, ATableThatIsCutOffOrGoesOnIsReportedByWhatItsCountsPromise)
+{
+    const std::string expected = "; expected a line with a title of 30 columns and six counts of 2 "
+                                 "columns, and behind it as many lines as the counts promise\n";
+    write("a.dat", "measured\n" + TableTexts::kControl + TableTexts::kLift);
+    EXPECT_EQ(run({ "airfoil", "check", "a.dat" }).err,
+        "a.dat:2:31: there is no airfoil table in this file: the counts here promise 9 lines "
+        "behind them, and there are 4"
+            + expected);
+    write("b.dat", TableTexts::kTable + TableTexts::kMoment);
+    EXPECT_EQ(run({ "airfoil", "check", "b.dat" }).err,
+        "b.dat:1:31: there is no airfoil table in this file: the counts here promise 9 lines "
+        "behind them, and there are 11"
+            + expected);
 }
 
 TEST_F(AirfoilCommands, AFileWithoutTableIsReported)
@@ -87,7 +110,7 @@ TEST_F(AirfoilCommands, CleanWritesTheTableBesideItsFile)
     write("a.dat", "measured\r\n" + TableTexts::with_dos_line_ends(TableTexts::kTable));
     const auto outcome = run({ "airfoil", "clean", "a.dat" });
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out, ".a.dat: the table of a.dat without the 1 line before it\n");
+    EXPECT_EQ(outcome.out, ".a.dat: the table of a.dat without the line before it\n");
     EXPECT_EQ(read(".a.dat"), TableTexts::without_last_line_end(TableTexts::kTable));
     EXPECT_EQ(run({ "airfoil", "clean", "a.dat" }).err,
         ".a.dat: the file exists and stays as it is; --force replaces it\n");
@@ -98,7 +121,7 @@ TEST_F(AirfoilCommands, CleanWritesWhereItIsReported)
 {
     write("a.dat", "measured\n" + TableTexts::kTable);
     EXPECT_EQ(run({ "airfoil", "clean", "a.dat", "-o", "b.dat" }).out,
-        "b.dat: the table of a.dat without the 1 line before it\n");
+        "b.dat: the table of a.dat without the line before it\n");
     EXPECT_EQ(read("b.dat"), TableTexts::without_last_line_end(TableTexts::kTable));
 }
 
@@ -108,6 +131,8 @@ TEST_F(AirfoilCommands, ACleanTableNeedsNothing)
     const auto outcome = run({ "airfoil", "clean", "a.dat" });
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "a.dat: nothing to clean; the table begins at the first line\n");
+    EXPECT_EQ(
+        run({ "airfoil", "clean", "a.dat", "-o", "b.dat" }).out, "b.dat: the table of a.dat\n");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The man page and the completion know the same commands and options as the program.
+#include "tests/airfoil/TableTexts.h"
 #include "tests/frontend/Vortik.h"
 
 #include <gtest/gtest.h>
@@ -190,6 +191,20 @@ TEST(Manual, ExitStatusesAreTheSameInHelpManPageAndDocumentation)
         EXPECT_NE(man.find(page), std::string::npos) << page << "\n--- not in\n" << man;
         EXPECT_NE(docs.find(row + "\n"), std::string::npos) << row;
     }
+}
+
+TEST(CommandLine, AnAirfoilTableMayComeThroughAPipe)
+{
+    const Testing::TemporaryDirectory directory;
+    Testing::write_file(directory.path("a.dat"), "measured\n" + TableTexts::kTable);
+    const std::string command = "cat '" + directory.path("a.dat") + "' | '"
+        + Testing::program_beside_this("vortik") + "' airfoil check /dev/stdin";
+    const auto outcome = Testing::run_isolated(
+        [&command] { ::execlp("sh", "sh", "-c", command.c_str(), nullptr); });
+    EXPECT_EQ(outcome.out,
+        "/dev/stdin: good; lift 2 x 3, drag 1 x 2, moment 1 x 1 (Mach numbers x angles); a run "
+        "cuts the line before the table\n");
+    EXPECT_EQ(outcome.err, "");
 }
 
 TEST(CommandLine, WhatIsUnknownIsToldWithWhatWasLikelyMeant)
