@@ -6,6 +6,7 @@
 #include "tavrobase/Surveillance.h"
 
 #include <iostream>
+#include <mutex>
 
 namespace Frontend {
 
@@ -16,14 +17,47 @@ constexpr const char* kWipe = "\r\x1b[K"; // to the left edge, and clear to the 
 
 } // namespace
 
+/// What others have written, from any thread, until the live line is out of its way.
+class Display::Notices : public std::streambuf {
+public:
+    /// The lines that are whole, or all that there is.
+    std::string take(bool toTheLast)
+    {
+        const std::lock_guard lock(m_mutex);
+        std::string taken = m_text.substr(0, toTheLast ? m_text.size() : m_text.rfind('\n') + 1);
+        m_text.erase(0, taken.size());
+        return taken;
+    }
+
+protected:
+    int_type overflow(int_type byte) override
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!traits_type::eq_int_type(byte, traits_type::eof()))
+            m_text += traits_type::to_char_type(byte);
+        return traits_type::not_eof(byte);
+    }
+    std::streamsize xsputn(const char* text, std::streamsize size) override
+    {
+        const std::lock_guard lock(m_mutex);
+        m_text.append(text, static_cast<std::size_t>(size));
+        return size;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::string m_text;
+};
+
 Display::Display(bool json)
     : m_kind(json                         ? Kind::Json
             : Tavro::output_is_terminal() ? Kind::Live
                                           : Kind::Lines)
     , m_libraryOutput(std::cout.rdbuf())
+    , m_notices(std::make_unique<Notices>())
     , m_out(std::make_unique<std::ostream>(m_libraryOutput))
 {
-    std::cout.rdbuf(std::cerr.rdbuf());
+    std::cout.rdbuf(m_notices.get());
     m_out->imbue(std::locale::classic());
 }
 
@@ -32,12 +66,14 @@ Display::~Display()
     wipe_live_line();
     m_out->flush();
     std::cout.rdbuf(m_libraryOutput); // which also forgets what went wrong before
+    pass_on_notices(true);
     if (!*m_out)
         std::cout.setstate(std::ios::badbit); // for whoever looks at the program's end
 }
 
 void Display::tell(const std::string& event, const std::string& text, const std::string& members)
 {
+    pass_on_notices();
     if (m_kind == Kind::Json) {
         *m_out << '{' << json_member("event", event) << ',' << json_member("text", text) << members
                << '}' << std::endl;
@@ -50,6 +86,7 @@ void Display::tell(const std::string& event, const std::string& text, const std:
 
 void Display::show(const Progress& progress)
 {
+    pass_on_notices();
     const bool newStep = !m_hasShown || progress.step != m_last.step;
     const bool changed = !m_hasShown || !progress.shows_the_same(m_last);
     if (m_kind == Kind::Live && newStep) {
@@ -89,6 +126,15 @@ std::string Display::elapsed() const
 {
     const auto time = std::chrono::steady_clock::now() - m_stepBegan;
     return duration_text(std::chrono::duration_cast<std::chrono::seconds>(time).count());
+}
+
+void Display::pass_on_notices(bool toTheLast)
+{
+    const std::string notices = m_notices->take(toTheLast);
+    if (notices.empty())
+        return;
+    wipe_live_line();
+    std::cerr << notices << std::flush;
 }
 
 void Display::wipe_live_line()

@@ -15,7 +15,7 @@ namespace Frontend {
 /// elsewhere a line for each change, or for machines one JSON object a line.
 ///
 /// While a display lives, whatever else writes to the C++ standard output, as the link manager
-/// does, goes to standard error.
+/// does from a thread of its own, goes to standard error at the next call, beside the live line.
 class Display {
 public:
     explicit Display(bool json);
@@ -35,13 +35,16 @@ public:
 
 private:
     enum class Kind { Live, Lines, Json };
+    class Notices;
 
+    void pass_on_notices(bool toTheLast = false);
     void wipe_live_line();
     void draw_live_line();
     [[nodiscard]] std::string elapsed() const;
 
     Kind m_kind;
     std::streambuf* m_libraryOutput;
+    std::unique_ptr<Notices> m_notices;
     std::unique_ptr<std::ostream> m_out;
     Progress m_last;
     bool m_hasShown = false;

@@ -92,12 +92,17 @@ void RunTest::SetUp()
 
 std::string RunTest::make_case(const std::string& name, unsigned steps)
 {
-    std::string root = std::filesystem::canonical(m_directory.path()).string() + "/" + name;
+    std::string root = make_root(name);
     make_directory(root);
     write_file(root + "/cube.obj", kCube);
     write_file(root + "/case.toml", kCase + std::to_string(steps) + "\n");
-    m_roots.push_back(root);
     return root;
+}
+
+std::string RunTest::make_root(const std::string& name)
+{
+    m_roots.push_back(std::filesystem::canonical(m_directory.path()).string() + "/" + name);
+    return m_roots.back();
 }
 
 VortikProcess::Setting RunTest::pace(unsigned milliseconds, unsigned columns)
@@ -140,6 +145,28 @@ std::string all_of(const Words& arguments)
     VortikProcess vortik(arguments);
     const int status = vortik.ends();
     return vortik.output() + "status " + std::to_string(status) + "\n";
+}
+
+std::vector<std::string> screen_of(const std::string& output)
+{
+    static const std::string kWipe = "\x1b[K";
+    std::vector<std::string> lines { "" };
+    std::size_t column = 0;
+    for (std::size_t at = 0; at < output.size(); ++at) {
+        std::string& line = lines.back();
+        if (output[at] == '\r') {
+            column = 0;
+        } else if (output[at] == '\n') {
+            lines.emplace_back(column, ' ');
+        } else if (output.compare(at, kWipe.size(), kWipe) == 0) {
+            line.resize(column);
+            at += kWipe.size() - 1;
+        } else {
+            line.resize(std::max(line.size(), column + 1), ' ');
+            line[column++] = output[at];
+        }
+    }
+    return lines;
 }
 
 std::string tidy(std::string text, const std::string& root)

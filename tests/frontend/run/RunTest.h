@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace Testing {
 
@@ -21,6 +22,8 @@ protected:
     /// Makes a case of a cube, with `steps` steps and a restart file after every fiftieth, in a
     /// directory of that name. Gives the directory.
     std::string make_case(const std::string& name, unsigned steps);
+    /// A directory of that name for a run, not made yet.
+    std::string make_root(const std::string& name);
     /// The setting of a start whose step programs take that many milliseconds for each of their
     /// parts, and a step of the solver as long.
     static VortikProcess::Setting pace(unsigned milliseconds, unsigned columns = 0);
@@ -40,6 +43,10 @@ private:
 
 /// All of a command's output, which ends by itself. Its exit status stands in a last line.
 [[nodiscard]] std::string all_of(const Words& arguments);
+
+/// What stands on a terminal that is wide enough, line by line, after that output; the last one is
+/// that of the cursor.
+[[nodiscard]] std::vector<std::string> screen_of(const std::string& output);
 
 /// The text with "DIR" for the run's directory and "N" for numbers of processes and links,
 /// residuals and seconds, which differ each time.

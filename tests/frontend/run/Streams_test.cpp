@@ -1,10 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 // Pipes, terminals and signals, as engineers know them from other programs.
+#include "frontend/run/Display.h"
 #include "tests/frontend/run/RunTest.h"
+#include "tests/support/Isolated.h"
 
 #include <algorithm>
+#include <array>
 #include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <regex>
 #include <sstream>
+#include <thread>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -72,6 +82,51 @@ TEST_F(Streams, ThatEndLeaveTheRunToItself)
     EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
 }
 
+TEST_F(Streams, OfATerminalShowAfterTwoCtrlCWhatWasSaidAndNoLiveLine)
+{
+    const std::string root = make_case("run", 100'000);
+    VortikProcess run({ "run", root }, pace(10, 60));
+    static const std::regex narrow("solver, step [0-9]+ of 100000");
+    static const std::regex wide("solver, step [0-9]+ of 100000, total residual .*");
+    const auto live_line_is = [](const std::regex& form) {
+        return [&form](const std::string& output) {
+            return std::regex_match(Testing::screen_of(output).back(), form);
+        };
+    };
+    EXPECT_TRUE(run.writes("\x1b[Ksolver, step "));
+    run.resize(30);
+    EXPECT_TRUE(run.comes_to(live_line_is(narrow))) << run.output();
+    run.resize(200);
+    EXPECT_TRUE(run.comes_to(live_line_is(wide))) << run.output();
+
+    // A controller that cannot hear: both keys come before it stops.
+    const pid_t controller = controller_of(root);
+    ASSERT_EQ(::kill(controller, SIGSTOP), 0);
+    run.press_ctrl_c();
+    EXPECT_TRUE(run.writes("Stopping, as soon as the controller hears it."));
+    EXPECT_TRUE(run.comes_to(live_line_is(wide))) << run.output(); // below what was said
+    run.press_ctrl_c();
+    EXPECT_EQ(run.ends(), 3);
+    ASSERT_EQ(::kill(controller, SIGCONT), 0);
+
+    // Nor is the echo of the keys left.
+    std::vector<std::string> screen = Testing::screen_of(run.output());
+    ASSERT_GT(screen.size(), 4U);
+    EXPECT_EQ(tidy(screen.front(), root), "Running cube in DIR (controller: process N)");
+    std::erase_if(screen,
+        [](const std::string& line) { return line.find(": done after ") != std::string::npos; });
+    ASSERT_EQ(screen.size(), 4U) << run.output();
+    EXPECT_EQ(screen[1],
+        "Stopping, as soon as the controller hears it. Ctrl-C again leaves the run to itself.");
+    EXPECT_EQ(tidy(screen[2] + "\n", root), kGoesOn);
+    EXPECT_EQ(screen[3], "");
+
+    // The first key was heard all the same.
+    VortikProcess watch({ "watch", root });
+    EXPECT_EQ(watch.ends(), 3);
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
+}
+
 TEST_F(Streams, OfTerminalsHaveNoColoursAndSimpleOnesNoLiveLine)
 {
     const std::string root = make_case("run", 100'000);
@@ -121,6 +176,52 @@ TEST_F(Streams, OfTerminalsHaveNoColoursAndSimpleOnesNoLiveLine)
              at = shown->find('\x1b', at + 1))
             EXPECT_NE((*shown)[std::min(shown->find_first_of("mHJK", at), shown->size() - 1)], 'm');
     }
+}
+
+/// A terminal in the place of both streams of the process.
+int sit_at_terminal()
+{
+    const int ours = ::posix_openpt(O_RDWR | O_NOCTTY);
+    std::array<char, 100> name {};
+    if (::grantpt(ours) != 0 || ::unlockpt(ours) != 0
+        || ::ptsname_r(ours, name.data(), name.size()) != 0)
+        return -1;
+    const int its = ::open(name.data(), O_RDWR | O_NOCTTY);
+    return ::dup2(its, 1) == 1 && ::dup2(its, 2) == 2 ? ours : -1;
+}
+
+TEST(LiveLine, MakesWayForWhatAThreadOfALibraryWrites)
+{
+    const auto outcome = Testing::run_isolated([] {
+        ::setenv("TERM", "xterm", 1);
+        const int report = ::dup(2);
+        const int terminal = sit_at_terminal();
+        {
+            Frontend::Display display(false);
+            Frontend::Progress progress;
+            progress.step = 4;
+            display.show(progress);
+            std::thread([] { std::cout << "WARNING: half "; }).join();
+            display.tell("said", "said.");
+            std::thread([] { std::cout << "a line (" << 31 << ")" << std::endl; }).join();
+            display.show(progress);
+            std::cout << "the last";
+        }
+        std::cout << " end" << std::flush;
+        std::string shown;
+        while (!shown.ends_with(" end")) {
+            char byte = 0;
+            if (::read(terminal, &byte, 1) != 1)
+                break;
+            shown += byte;
+        }
+        (void)!::write(report, shown.data(), shown.size());
+    });
+    static const std::regex seconds("[0-9]+ s");
+    // Half a line waits for its other half, or for the display's end.
+    EXPECT_EQ(std::regex_replace(outcome.err, seconds, "N s"),
+        "\r\x1b[Kextractor, N s\r\x1b[Ksaid.\r\n\r\x1b[Kextractor, N s\r\x1b[KWARNING: half a line "
+        "(31)\r\n\r\x1b[Kextractor, N s\r\x1b[Kthe last end");
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <regex>
 #include <sstream>
 
@@ -92,6 +93,72 @@ TEST_F(WholeRun, InAPipeEachChangeIsALineAndTheEndSaysWhereTheResultsAre)
     EXPECT_EQ(tidy(all_of({ "run", root, "--restart" }), root),
         "vortik: DIR/Restarts/cube.Rst is of step 20, and the case has 20 steps: nothing is left "
         "to do\nstatus 2\n");
+}
+
+/// The text with another one in the place of each of some that are in it.
+std::string changed(std::string text, const std::string& from, const std::string& to)
+{
+    EXPECT_NE(text.find(from), std::string::npos) << from;
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+// As docs/case.md has it for the ROBIN example at 90 % of its speed.
+TEST_F(WholeRun, OfAnExampleIsFollowedByOneWithAnotherSpeedOfItsRotor)
+{
+    const std::string root = make_root("robin");
+    EXPECT_EQ(tidy(all_of({ "new", root, "--example", "robin" }), root),
+        "wrote DIR/case.toml\nwrote DIR/fuselage.stl\nwrote DIR/pylon.stl\nwrote "
+        "DIR/naca0012.dat\nNext: look into DIR/case.toml, then `vortik check DIR`.\nstatus 0\n");
+    const std::string good = "DIR/case.toml: good; 2 bodies of 7,136 triangles, 1 rotor, 108 time "
+                             "steps\nstatus 0\n";
+    EXPECT_EQ(tidy(all_of({ "check", root }), root), good);
+    const auto has = [&](const std::string& file, const std::string& text) {
+        return Testing::read_file(root + "/" + file).find(text) != std::string::npos;
+    };
+    const std::string results
+        = "\nFinished.\nResults in DIR: Field_Solutions, Body_Pressure, "
+          "Rotor_Performance/Performance, Rotor_Performance/Rotor_Solutions, Restarts, "
+          "Grid_Output, Process_Output\n";
+
+    VortikProcess first({ "run", root }, pace(0));
+    EXPECT_EQ(first.ends(), 0);
+    const std::string begun = tidy(first.output(), root);
+    EXPECT_TRUE(begun.starts_with("Running robin in DIR (controller: process N)\n")) << begun;
+    EXPECT_TRUE(begun.ends_with(results)) << begun;
+    EXPECT_TRUE(has("Solver_Input/robin.SlvrRot", "# Tip Speed:\n190.195200\n"));
+    EXPECT_TRUE(has("Solver_Input/robin.Tgrid", "\n 2      0.0284289      72      1.0d0\n"));
+    const std::vector<std::string> written { "Field_Solutions/robin.Sln", "Body_Pressure/robin.Prs",
+        "Rotor_Performance/Rotor_Solutions/robin.Prf", "Restarts/robin.Rst" };
+    std::vector<std::filesystem::file_time_type> times;
+    for (const std::string& file : written)
+        times.push_back(std::filesystem::last_write_time(root + "/" + file));
+
+    const std::string text = Testing::read_file(root + "/case.toml");
+    Testing::write_file(root + "/case.toml",
+        changed(changed(text, "tip_speed = 190.1952 ", "tip_speed = 171.17568 "),
+            "duration = 0.0284289", "duration = 0.0315877"));
+    EXPECT_EQ(tidy(all_of({ "check", root }), root), good);
+
+    VortikProcess second({ "run", root }, pace(0));
+    EXPECT_EQ(second.ends(), 0);
+    const std::string said = tidy(second.output(), root);
+    const std::string cleaning = said.substr(0, said.find('\n'));
+    EXPECT_TRUE(cleaning.starts_with("Cleaning the results of an earlier run in DIR: ")) << said;
+    for (const char* directory : { "Body_Pressure", "Field_Solutions", "Process_Output", "Restarts",
+             "Rotor_Performance/Performance", "Rotor_Performance/Rotor_Solutions" })
+        EXPECT_NE(cleaning.find(directory), std::string::npos) << directory << '\n' << said;
+    EXPECT_NE(said.find("\nWriting anew: "), std::string::npos) << said;
+    EXPECT_NE(said.find("\nRunning robin in DIR (controller: process N)\n"), std::string::npos);
+    EXPECT_TRUE(said.ends_with(results)) << said;
+    EXPECT_TRUE(has("Solver_Input/robin.SlvrRot", "# Tip Speed:\n171.175680\n"));
+    EXPECT_TRUE(has("Solver_Input/robin.Tgrid", "\n 1      0.0315877      36      1.0d0\n"));
+    EXPECT_TRUE(has("Solver_Input/robin.Tgrid", "\n 2      0.0315877      72      1.0d0\n"));
+    for (std::size_t i = 0; i < written.size(); ++i)
+        EXPECT_GT(std::filesystem::last_write_time(root + "/" + written[i]), times[i])
+            << written[i];
+    EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: finished\nstatus 0\n");
 }
 
 TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
