@@ -17,7 +17,7 @@ using Tavro::LinkManager;
 constexpr long long kTurn = 4; // seconds; the controller touches its link every three
 constexpr auto kLook = std::chrono::milliseconds(50);
 
-bool is_over(const Progress& progress)
+bool is_last(const Progress& progress)
 {
     return progress.step < 0 || progress.step == VRK::StepComplete;
 }
@@ -36,7 +36,7 @@ bool is_touched_again(unsigned link, long long touched)
 {
     while (seconds_now() <= touched + kTurn) {
         const auto progress = look_at(link);
-        if (!progress || is_over(*progress))
+        if (!progress || is_last(*progress))
             return false;
         if (progress->touched != touched)
             return true;
@@ -54,11 +54,15 @@ bool is_remembered(unsigned link, const std::optional<RunRecord>& record)
 std::optional<LinkedRun> run_of_link(unsigned link, const std::optional<RunRecord>& record)
 {
     const auto progress = look_at(link);
-    if (!progress || is_over(*progress))
+    if (!progress)
+        return std::nullopt;
+    const long long age = seconds_now() - progress->touched;
+    const bool goesOn = is_half_remembered(link, record) ? is_under_way(*progress, *record, age)
+                                                         : !is_last(*progress);
+    if (!goesOn)
         return std::nullopt;
     LinkedRun run { link, false, *progress };
     // A stamp from the future was written under another clock.
-    const long long age = seconds_now() - progress->touched;
     run.isTouched = progress->touched == 0 ? progress->step > 0 // it is before its first turn
                                            : age >= 0 && age <= kSecondsToDeath;
     if (!is_remembered(link, record))
@@ -120,9 +124,24 @@ std::optional<LinkedRun> linked_run(const std::string& root, const std::optional
     return found;
 }
 
+bool is_under_way(const Progress& progress, const RunRecord& record, long long sinceTouch)
+{
+    if (!is_last(progress))
+        return true;
+    if (record.completionFile.empty() || sinceTouch > kSecondsToDeath)
+        return false;
+    const int word = completion_word(record.completionFile).value_or(VRK::StepNotFinished);
+    return word == VRK::StepNotFinished;
+}
+
+bool is_half_remembered(unsigned link, const std::optional<RunRecord>& record)
+{
+    return record && record->link == link && record->controller < 1 && is_here(*record);
+}
+
 RunRecord record_of(const LinkedRun& run, const std::optional<RunRecord>& remembered)
 {
-    if (remembered && remembered->controller < 1 && remembered->link == run.link)
+    if (is_half_remembered(run.link, remembered))
         return *remembered;
     RunRecord record;
     record.host = Tavro::GetHostname();

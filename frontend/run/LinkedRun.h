@@ -25,6 +25,16 @@ struct LinkedRun {
 [[nodiscard]] std::optional<LinkedRun> linked_run(
     const std::string& root, const std::optional<RunRecord>& record);
 
+/// Whether the step published last is not the run's last, or its controller has yet to write that
+/// down, which takes it up to a turn. `sinceTouch` is the time since its last sign of life, in
+/// seconds.
+[[nodiscard]] bool is_under_way(
+    const Progress& progress, const RunRecord& record, long long sinceTouch);
+
+/// Whether the link is the one of a run that `vortik` began and whose controller's process it did
+/// not come to note.
+[[nodiscard]] bool is_half_remembered(unsigned link, const std::optional<RunRecord>& record);
+
 /// The record of such a run, as far as it can be known: what is remembered, if `vortik` was killed
 /// before it knew the controller's process.
 [[nodiscard]] RunRecord record_of(const LinkedRun& run, const std::optional<RunRecord>& remembered);

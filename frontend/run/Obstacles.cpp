@@ -41,8 +41,10 @@ std::string life_in(const std::string& root, const std::optional<RunRecord>& rec
         return "";
     const std::string link = "link " + std::to_string(linked->link);
     if (linked->isTouched)
-        return "a run that another front end has begun is under way in " + root + " (" + link
-            + "); " + how_to_attach(root);
+        return (is_half_remembered(linked->link, record)
+                       ? "a run is under way in "
+                       : "a run that another front end has begun is under way in ")
+            + root + " (" + link + "); " + how_to_attach(root);
     return force ? ""
                  : "another front end has a link for " + root + " (" + link
             + "), and no controller is to be seen on it; --force begins a run all the same";

@@ -20,13 +20,14 @@ LinkUse::~LinkUse() { LinkManager::Shutdown(); }
 
 namespace {
 
-bool link_lives(const VRK::GUIConLink* link, long long since)
+bool link_lives(const VRK::GUIConLink* link, const RunRecord& record, long long since)
 {
     LinkManager::Result result {};
     const auto progress = link == nullptr ? std::nullopt : read_progress(*link, result);
-    if (!progress || progress->step < 0 || progress->step == VRK::StepComplete)
+    if (!progress)
         return false;
-    return seconds_now() - std::max(progress->touched, since) <= kSecondsToDeath;
+    const long long age = seconds_now() - std::max(progress->touched, since);
+    return age <= kSecondsToDeath && is_under_way(*progress, record, age);
 }
 
 } // namespace
@@ -35,7 +36,7 @@ std::optional<Tavro::ChildEnd> RunInSight::controller_end() const
 {
     if (isOurChild)
         return Tavro::child_end(record.controller);
-    if (linkedSince ? link_lives(link.get(), *linkedSince) : controller_lives(record))
+    if (linkedSince ? link_lives(link.get(), record, *linkedSince) : controller_lives(record))
         return std::nullopt;
     return Tavro::ChildEnd {};
 }

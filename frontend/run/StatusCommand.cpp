@@ -34,9 +34,9 @@ Status status_of_living(const std::string& root, const RunRecord& record)
         "," + progress_members(*progress) };
 }
 
-Status status_of_linked(const LinkedRun& run)
+Status status_of_linked(const LinkedRun& run, bool isOurs)
 {
-    const std::string whose = " (begun by another front end)";
+    const std::string whose = isOurs ? "" : " (begun by another front end)";
     if (run.progress.step <= 0)
         return { "running" + whose, "running", kFinished, "" };
     return { "running, " + progress_text(run.progress) + whose, "running", kFinished,
@@ -50,7 +50,7 @@ std::optional<Status> status_of(const std::string& root, const std::optional<Run
         return status_of_living(root, *known);
     if (const auto linked = linked_run(root, known)) {
         if (linked->isTouched)
-            return status_of_linked(*linked);
+            return status_of_linked(*linked, is_half_remembered(linked->link, known));
         if (!known)
             return Status {
                 "has a link of another front end, and no controller is to be seen on it", "waiting",

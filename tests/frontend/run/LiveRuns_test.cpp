@@ -162,6 +162,60 @@ TEST_F(LiveRun, IsTheMeaningOfALinkWhoseStampsAreNew)
         "DIR: failed: the controller is gone without a word\nstatus 1\n");
 }
 
+/// The controller has said that it is done and has yet to write that down.
+TEST_F(LiveRun, IsUnderWayToItsLastWordThoughVortikWasKilledBeforeItKnewTheController)
+{
+    const std::string root = make_case("ending", 20);
+    char host[256] = {};
+    ::gethostname(host, sizeof host - 1);
+    const std::string remembered = "vortik run 1\ncase " + root
+        + "/case.toml\nname cube\ncompletion " + root + "/.vortik-completion\nhost " + host
+        + "\ncontroller -1\nmark \nlink ";
+    const auto outcome = Testing::run_isolated([&] {
+        std::string said;
+        const auto say
+            = [&](const Testing::Words& command) { said += tidy(all_of(command), root); };
+        if (LinkManager::Startup() != LinkManager::Success)
+            ::_exit(1);
+        LinkManager::Result result {};
+        {
+            VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
+            Testing::write_file(
+                root + "/.vortik-run", remembered + std::to_string(link.GetLinkID()) + "\n");
+            Testing::write_file(root + "/.vortik-completion", "-9\n");
+            (void)link.SetStep(VRK::StepExtractor);
+            (void)link.Touch();
+            VortikProcess watch({ "watch", root });
+            if (!watch.writes("extractor"))
+                std::cerr << "nothing of the extractor: ";
+            (void)link.SetStep(VRK::StepComplete);
+            say({ "status", root });
+            say({ "run", root, "--force" });
+            Testing::write_file(root + "/.vortik-completion", "8\n");
+            say({ "status", root });
+            const int status = watch.ends();
+            said += tidy(watch.output(), root) + "status " + std::to_string(status) + '\n';
+            // A controller that has died there is not waited for.
+            Testing::write_file(root + "/.vortik-completion", "-9\n");
+            VRK::GUIRecord record {};
+            record.step = VRK::StepComplete;
+            record.tLastTouch = ::time(nullptr) - 40;
+            (void)LinkManager::SetLinkData(
+                link.GetLinkID(), sizeof record, reinterpret_cast<const char*>(&record));
+            say({ "status", root });
+        }
+        LinkManager::Shutdown();
+        std::cerr << said;
+    });
+    EXPECT_EQ(outcome.err,
+        "DIR: running, end\nstatus 0\n"
+        "vortik: a run is under way in DIR (link N); `vortik watch DIR` shows it, `vortik stop "
+        "DIR` stops it\nstatus 2\n"
+        "DIR: finished\nstatus 0\n"
+        "extractor\nFinished.\nstatus 0\n"
+        "DIR: failed: the controller is gone without a word\nstatus 1\n");
+}
+
 TEST_F(LiveRun, WhoseControllerIsSilentIsToldAtOnceAndWhenItIsBack)
 {
     const std::string root = make_case("silent", 20);
