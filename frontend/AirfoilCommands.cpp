@@ -76,10 +76,7 @@ int airfoil_clean_command(const std::string& path, const std::string& output, bo
         = output.empty() ? directory + '.' + path.substr(directory.size()) : output;
     if (!may_write(target, force, diagnostics))
         return failed(diagnostics, kBadInput);
-    std::string text; // as a run writes it: nothing behind the last line
-    for (std::size_t i = found->before; i < found->lines.size(); ++i)
-        text += (i > found->before ? "\n" : "") + found->lines[i];
-    if (!write_bytes(target, text, diagnostics))
+    if (!write_bytes(target, table_text(found->lines, found->before), diagnostics))
         return failed(diagnostics, kFailed);
     std::cout << target << ": the table of " << path;
     if (found->before > 0)

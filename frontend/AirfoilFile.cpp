@@ -128,6 +128,14 @@ std::optional<std::size_t> lines_before_table(const std::vector<std::string>& li
     return std::nullopt;
 }
 
+std::string table_text(const std::vector<std::string>& lines, std::size_t linesBefore)
+{
+    std::string text;
+    for (std::size_t i = linesBefore; i < lines.size(); ++i)
+        text += (i > linesBefore ? "\n" : "") + lines[i];
+    return text;
+}
+
 bool finds_airfoil_table(const std::string& path)
 {
     Diagnostics ignored; // what is wrong with the file is reported by the command that is for it

@@ -17,6 +17,10 @@ namespace Frontend {
 /// there is no table that a run would find.
 [[nodiscard]] std::optional<std::size_t> lines_before_table(const std::vector<std::string>& lines);
 
+/// The table behind so many lines, as a run writes its copy: nothing stands behind the last line.
+[[nodiscard]] std::string table_text(
+    const std::vector<std::string>& lines, std::size_t linesBefore);
+
 /// Whether a run would find a table in the file.
 [[nodiscard]] bool finds_airfoil_table(const std::string& path);
 

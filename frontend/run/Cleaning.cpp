@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/run/Cleaning.h"
 
-#include "frontend/run/StepWords.h"
-#include "links/ControllerStep.h"
+#include "frontend/AirfoilFile.h"
+#include "tavrobase/PathIdentity.h"
+#include "tavrobase/StringUtilities.h"
 #include "tavrobase/SystemPath.h"
 
 #include <algorithm>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 
 namespace Frontend {
@@ -17,15 +20,15 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Which entries of a directory the controller's cleaning takes.
-struct Place {
+struct CleanedPlace {
     const char* directory; ///< from the root
     std::vector<const char*> endings; ///< of the names; none means every name
     bool directoriesToo = false; ///< with all that is in them
 };
 
-const std::vector<Place>& cleaned_places()
+const std::vector<CleanedPlace>& cleaned_places()
 {
-    static const std::vector<Place> places {
+    static const std::vector<CleanedPlace> places {
         { "Body_Pressure", { ".Prs", ".Grd", "/FrcMnt.out" } },
         { "Field_Solutions", {} },
         { "Field_Solutions/Solution_History", {}, true },
@@ -40,24 +43,10 @@ const std::vector<Place>& cleaned_places()
     return places;
 }
 
-/// Residuals are written at every step, so the last of them tells how long a solver has worked.
-const std::vector<std::string>& residual_files()
-{
-    static const std::vector<std::string> files { "Process_Output/MassRsdl.dat",
-        "Process_Output/MomRsdl.dat", "Process_Output/VelRsdl.dat", "Process_Output/TurbRsdl.dat" };
-    return files;
-}
-
 bool is_there(const std::string& path)
 {
     std::error_code error;
     return fs::exists(fs::symlink_status(Tavro::SystemPath(path), error));
-}
-
-/// A path of the root, or one from the top of the file system as it is.
-std::string below(const std::string& root, const std::string& path)
-{
-    return Tavro::PathText(Tavro::SystemPath(root) / Tavro::SystemPath(path));
 }
 
 /// Of an airfoil table: beside it, under a hidden name.
@@ -66,6 +55,56 @@ std::string copy_of(const std::string& table)
     const fs::path source = Tavro::SystemPath(table);
     const std::string name = "." + Tavro::PathText(source.filename());
     return Tavro::PathText(source.parent_path() / Tavro::SystemPath(name));
+}
+
+/// All bytes of a file; nothing of what has none of its own: a pipe would not let go of us.
+std::optional<std::string> bytes_of(const std::string& path)
+{
+    std::error_code error;
+    if (!fs::is_regular_file(Tavro::SystemPath(path), error))
+        return std::nullopt;
+    std::ifstream stream(Tavro::SystemPath(path), std::ios::binary);
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+/// What a run puts into the copy of a table; nothing if it makes none.
+std::optional<std::string> copy_text(const std::string& root, const std::string& table)
+{
+    const auto bytes = bytes_of(below(root, table));
+    const auto lines = airfoil_lines(bytes.value_or(""));
+    const auto before = lines_before_table(lines);
+    if (before.value_or(0) == 0)
+        return std::nullopt;
+    // Of a name in which "~" or a backslash mean something else to the controller it makes none.
+    try {
+        const std::string path = Tavro::FilePath(table).Get();
+        if (!Tavro::LeadToOneFile(below(root, path), below(root, table)))
+            return std::nullopt;
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+    return table_text(lines, *before);
+}
+
+/// Whether a file of other bytes would be in the way. A directory stays where it is.
+bool is_replaced(const std::string& place, const std::optional<std::string>& text)
+{
+    std::error_code error;
+    return text && !fs::is_directory(Tavro::SystemPath(place), error) && bytes_of(place) != text;
+}
+
+/// "a, b, c, d, e", and of more the first three and how many more there are.
+std::string first_of(const std::vector<std::string>& names)
+{
+    constexpr std::size_t kAll = 5;
+    constexpr std::size_t kNamed = 3;
+    const std::size_t named = names.size() > kAll ? kNamed : names.size();
+    const std::string text = Tavro::MergeString(
+        { names.begin(), names.begin() + static_cast<std::ptrdiff_t>(named) }, ", ");
+    return named == names.size() ? text
+                                 : text + " and " + std::to_string(names.size() - named) + " more";
 }
 
 std::vector<std::string> names_in(const std::string& directory)
@@ -82,7 +121,7 @@ std::vector<std::string> names_in(const std::string& directory)
 /// The controller lists a directory without its hidden entries.
 bool is_listed(const std::string& name) { return !name.starts_with('.'); }
 
-bool is_taken(const std::string& name, const Place& place)
+bool is_taken(const std::string& name, const CleanedPlace& place)
 {
     if (!is_listed(name))
         return false;
@@ -107,7 +146,7 @@ void add_files(const std::string& root, const std::string& path, std::vector<std
         add_files(root, path + "/" + name, files);
 }
 
-std::vector<std::string> files_of(const std::string& root, const Place& place)
+std::vector<std::string> files_in(const std::string& root, const CleanedPlace& place)
 {
     std::vector<std::string> files;
     for (const std::string& name : names_in(root + "/" + place.directory)) {
@@ -154,13 +193,48 @@ void add_if_there(const std::string& root, const std::string& directory,
         results.push_back(std::move(found));
 }
 
+/// The file of the viscous input, which may be anywhere, if a run would put other bytes into it.
+std::vector<Results> viscous_input(const std::string& root, const VRK::ControllerInput& input)
+{
+    if (input.m_bRestart || !input.m_grid.m_bHybrid || input.m_grid.m_fpViscInput.Get().empty())
+        return {};
+    // From where the controller works then; a path from the top stays as it is.
+    const fs::path path = "Grid_Output" / Tavro::SystemPath(input.m_grid.m_fpViscInput.Get());
+    const fs::path file = Tavro::SystemPath(root) / path;
+    if (!is_there(Tavro::PathText(file))
+        || bytes_of(Tavro::PathText(file)) == input.m_grid.m_strViscInput)
+        return {};
+    return { { Tavro::PathText(path.parent_path()), { Tavro::PathText(path) } } };
+}
+
+/// Where copies of airfoil tables would go, hidden beside them, over files of other bytes.
+std::vector<Results> copies_of_tables(const std::string& root, const VRK::ControllerInput& input)
+{
+    Results copies { "copies of airfoil tables", {} };
+    std::vector<std::string> inUse; // a copy does not take the place of a table before it
+    for (const VRK::RotorData& rotor : input.m_vecRotors) {
+        for (const std::string& table : rotor.m_vecAftFile) {
+            const std::string copy = copy_of(table);
+            const std::string place = below(root, copy);
+            const bool isInUse = std::any_of(inUse.begin(), inUse.end(),
+                [&](const std::string& used) { return Tavro::LeadToOneFile(used, place); });
+            if (is_there(place) && !isInUse
+                && std::find(copies.files.begin(), copies.files.end(), copy) == copies.files.end()
+                && is_replaced(place, copy_text(root, table)))
+                copies.files.push_back(copy);
+            inUse.push_back(below(root, table));
+        }
+    }
+    return copies.files.empty() ? std::vector<Results> {} : std::vector { copies };
+}
+
 } // namespace
 
 std::vector<Results> results_to_be_cleaned(const std::string& root, const std::string& caseName)
 {
     std::vector<Results> results;
-    for (const Place& place : cleaned_places()) {
-        Results one { place.directory, files_of(root, place) };
+    for (const CleanedPlace& place : cleaned_places()) {
+        Results one { place.directory, files_in(root, place) };
         if (!one.files.empty())
             results.push_back(std::move(one));
     }
@@ -170,142 +244,85 @@ std::vector<Results> results_to_be_cleaned(const std::string& root, const std::s
     return results;
 }
 
-std::vector<Results> files_to_be_replaced(
+std::vector<Results> cards_to_be_replaced(
     const std::string& root, const VRK::ControllerInput& input)
 {
     const std::string& name = input.m_strCaseName;
-    std::vector<std::string> cards { name + ".SlvrMain", name + "_moment_table.dat",
-        name + ".Tgrid" };
-    if (input.m_bFlagMan)
-        cards.push_back(name + ".SlvrTraj");
+    const bool adaptive = input.m_adapt.m_bAdaptive && (input.m_bRestart || !input.m_bGridOnly);
+    std::vector<std::string> cards;
     std::vector<Results> results;
-    if (!input.m_bRestart) {
+    if (!input.m_bRestart || adaptive) {
         std::vector<std::string> grid { "VRK.grid.dat", "VRK.grd.L2G", "GeomBC.dat", "OuterBC.dat",
-            "TreeGen.out", "TreeGen.err", name + ".treegen", name + "_body.Grd" };
+            "TreeGen.out", "TreeGen.err", name + "_body.Grd" };
+        if (!input.m_bRestart)
+            grid.push_back(name + ".treegen");
+        if (adaptive)
+            grid.insert(grid.end(),
+                { name + ".treegen-adapted", name + ".treegen-adapted.old", "GeomBC.old.dat" });
         if (input.m_bRunBodyFitter)
             grid.emplace_back("body_fitter_input.dat");
-        if (input.m_grid.m_bApproxWettedSurface)
+        if (input.m_grid.m_bApproxWettedSurface && !input.m_bRestart)
             grid.emplace_back("approx_surface.p3d");
         if (input.m_grid.m_bHybrid)
             grid.emplace_back("ex_grid_struct_map.dat");
         add_if_there(root, "Grid_Output", grid, results);
-        for (const Results& viscous : viscous_input_to_be_replaced(root, input))
-            results.push_back(viscous);
-        if (input.m_bGridOnly)
-            cards.clear();
-        else
-            cards.insert(cards.end(),
-                { name + ".SlvrRot", name + ".RtrGeom", "BndCnd.dat", "ParmRtr.h", "PreCalc.dat" });
         cards.emplace_back("ParmFlw.h"); // of the grid generator
+        if (!input.m_bGridOnly || input.m_bRestart)
+            cards.emplace_back("BndCnd.dat");
+        if ((!input.m_bGridOnly || input.m_bRestart) && !input.m_vecRotors.empty())
+            cards.insert(cards.end(), { name + ".SlvrRot", name + ".RtrGeom", "ParmRtr.h" });
     }
+    if (!input.m_bGridOnly || input.m_bRestart) {
+        cards.insert(
+            cards.end(), { name + ".SlvrMain", name + "_moment_table.dat", name + ".Tgrid" });
+        if (input.m_bFlagMan)
+            cards.push_back(name + ".SlvrTraj");
+        if (!input.m_bRestart)
+            cards.emplace_back("PreCalc.dat");
+    }
+    if (adaptive)
+        cards.insert(
+            cards.end(), { name + ".AdptrMain", "AdaptBoxes.dat", "Label.dat", "ParmFlw.old.h" });
     add_if_there(
         root, "Process_Output", { "Vortik_Controller.err", "Vortik_Controller.out" }, results);
     add_if_there(root, "Solver_Input", cards, results);
     return results;
 }
 
-std::vector<Results> viscous_input_to_be_replaced(
+std::vector<Results> input_to_be_replaced(
     const std::string& root, const VRK::ControllerInput& input)
 {
-    if (input.m_bRestart || !input.m_grid.m_bHybrid || input.m_grid.m_fpViscInput.Get().empty())
-        return {};
-    // From where the controller works then; a path from the top stays as it is.
-    const fs::path path = "Grid_Output" / Tavro::SystemPath(input.m_grid.m_fpViscInput.Get());
-    const fs::path file = Tavro::SystemPath(root) / path;
-    std::error_code error;
-    if (!is_there(Tavro::PathText(file)))
-        return {};
-    if (fs::is_regular_file(file, error)) {
-        std::ifstream stream(file, std::ios::binary);
-        std::ostringstream bytes;
-        bytes << stream.rdbuf();
-        if (bytes.str() == input.m_grid.m_strViscInput)
-            return {};
-    }
-    return { { Tavro::PathText(path.parent_path()), { Tavro::PathText(path) } } };
+    return joined(viscous_input(root, input), copies_of_tables(root, input));
 }
 
-std::vector<Results> copies_of_tables(const std::string& root, const VRK::ControllerInput& input)
+std::vector<Results> joined(std::vector<Results> first, const std::vector<Results>& second)
 {
-    Results copies { "copies of airfoil tables", {} };
-    for (const VRK::RotorData& rotor : input.m_vecRotors) {
-        for (const std::string& table : rotor.m_vecAftFile) {
-            const std::string copy = copy_of(table);
-            if (is_there(below(root, copy))
-                && std::find(copies.files.begin(), copies.files.end(), copy) == copies.files.end())
-                copies.files.push_back(copy);
-        }
-    }
-    return copies.files.empty() ? std::vector<Results> {} : std::vector { copies };
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
 }
 
 std::string results_text(const std::vector<Results>& results)
 {
     std::string text;
-    for (const Results& one : results)
-        text += (text.empty() ? "" : ", ") + one.directory + " (" + std::to_string(one.files.size())
-            + (one.files.size() == 1 ? " file)" : " files)");
+    for (const Results& one : results) {
+        const std::string prefix = one.directory + "/";
+        std::vector<std::string> names;
+        for (const std::string& file : one.files)
+            names.push_back(file.starts_with(prefix) ? file.substr(prefix.size()) : file);
+        text += (text.empty() ? "" : ", ") + one.directory + " (" + std::to_string(names.size())
+            + (names.size() == 1 ? " file: " : " files: ") + first_of(names) + ")";
+    }
     return text;
 }
 
-std::string some_of(const std::vector<Results>& results)
+std::vector<std::string> files_of(const std::vector<Results>& results)
 {
-    constexpr std::size_t kNamed = 5;
-    std::string text;
-    std::size_t count = 0;
-    for (const Results& one : results) {
-        for (const std::string& file : one.files) {
-            if (++count <= kNamed)
-                text += (text.empty() ? "" : ", ") + file;
-        }
-    }
-    return count > kNamed ? text + " and " + std::to_string(count - kNamed) + " more" : text;
+    std::vector<std::string> files;
+    for (const Results& one : results)
+        files.insert(files.end(), one.files.begin(), one.files.end());
+    return files;
 }
 
-std::vector<WorkTime> work_times(const std::string& root, const RunRecord& record)
-{
-    if (record.since == 0)
-        return {};
-    WorkTime last { record.since, record.since };
-    const auto until = [&](std::optional<long long> time) {
-        last.end = std::max(last.end, time.value_or(last.end));
-    };
-    until(write_time(record.completionFile));
-    const int word = completion_word(record.completionFile).value_or(VRK::StepNotFinished);
-    if (word == VRK::StepStopped || word == VRK::StepNotFinished) {
-        // The last program has gone on for a while after that word: until somebody has seen its
-        // end, or as far as can be known else, until it wrote its last line.
-        until(noted_time(root));
-        for (const std::string& log : all_logs())
-            until(write_time(root + "/" + log));
-        for (const std::string& file : residual_files())
-            until(write_time(root + "/" + file));
-        last.end += work_seconds(2);
-    }
-    std::vector<WorkTime> times = record.earlier;
-    times.push_back(last);
-    return times;
-}
-
-std::vector<Results> strangers_among(const std::string& root, const std::vector<Results>& results,
-    const std::vector<WorkTime>& times)
-{
-    std::vector<Results> strangers;
-    for (const Results& one : results) {
-        Results found { one.directory, {} };
-        for (const std::string& file : one.files) {
-            const auto written = write_time(below(root, file));
-            const bool isOurs
-                = written && std::any_of(times.begin(), times.end(), [&](const WorkTime& time) {
-                      return time.begin <= *written && *written <= time.end;
-                  });
-            if (!isOurs)
-                found.files.push_back(file);
-        }
-        if (!found.files.empty())
-            strangers.push_back(std::move(found));
-    }
-    return strangers;
-}
+std::string some_of(const std::vector<Results>& results) { return first_of(files_of(results)); }
 
 } // namespace Frontend

@@ -4,6 +4,7 @@
 #include "frontend/run/Cleaning.h"
 #include "frontend/run/EarlierRun.h"
 #include "frontend/run/LinkedRun.h"
+#include "frontend/run/OwnFiles.h"
 #include "links/ControllerStep.h"
 #include "tavrobase/PathIdentity.h"
 #include "tavrobase/StringUtilities.h"
@@ -50,37 +51,56 @@ std::string life_in(const std::string& root, const std::optional<RunRecord>& rec
             + "), and no controller is to be seen on it; --force begins a run all the same";
 }
 
-/// Files that a new run would take from somebody else.
+constexpr const char* kAdvice = ". Move away what is to be kept; --force begins all the same";
+
+/// What a run does to files that it cleans and to those that it writes anew, if to any.
+std::string deed(bool cleans, bool replaces)
+{
+    return cleans && replaces ? "remove or replace" : cleans ? "remove" : "replace";
+}
+
+/// Files that a run would take from somebody though an earlier one is known.
+std::string harm_beside(const PreparedRun& run, const RunRecord& record)
+{
+    const bool restart = run.input.m_bRestart;
+    const auto cleaned = restart ? std::vector<Results> {}
+                                 : strange_results(run.root, record,
+                                     results_to_be_cleaned(run.root, run.input.m_strCaseName));
+    const auto cards = strange_cards(run.root, record, cards_to_be_replaced(run.root, run.input));
+    const auto named = strange_input(run.root, record, input_to_be_replaced(run.root, run.input));
+    std::vector<std::string> harms;
+    if (!cleaned.empty() || !cards.empty())
+        harms.push_back("files in " + run.root + " are not as its earlier run left them, and "
+            + (restart ? "this" : "a new") + " one would " + deed(!cleaned.empty(), !cards.empty())
+            + " them: " + some_of(joined(cleaned, cards)));
+    if (!named.empty())
+        harms.push_back("the case would replace "
+            + std::string(files_of(named).size() == 1 ? "a file" : "files")
+            + " that no run has written: " + some_of(named));
+    return harms.empty() ? "" : Tavro::MergeString(harms, "; ") + kAdvice;
+}
+
+/// Files that a run would take from somebody else.
 std::string harm_of(const PreparedRun& run, const std::optional<RunRecord>& record)
 {
-    if (run.input.m_bRestart)
-        return "";
-    const auto cleaned = results_to_be_cleaned(run.root, run.input.m_strCaseName);
-    const std::string advice = ". Move away what is to be kept; --force begins all the same";
-    if (record) {
-        const auto times = work_times(run.root, *record);
-        if (times.empty())
-            return "";
-        if (const auto strangers = strangers_among(run.root, cleaned, times); !strangers.empty())
-            return "files in " + run.root
-                + " are not as its earlier run left them, and a new one would remove them: "
-                + some_of(strangers) + advice;
-        const auto viscous
-            = strangers_among(run.root, viscous_input_to_be_replaced(run.root, run.input), times);
-        return viscous.empty()
-            ? ""
-            : "the case would replace a file that no run has written: " + some_of(viscous) + advice;
-    }
-    const auto replaced = files_to_be_replaced(run.root, run.input);
+    if (record)
+        return harm_beside(run, *record);
+    const auto input = input_to_be_replaced(run.root, run.input);
+    // Whoever goes on with a run that is not known here means its files too.
+    const bool restart = run.input.m_bRestart;
+    const auto cleaned = restart ? std::vector<Results> {}
+                                 : results_to_be_cleaned(run.root, run.input.m_strCaseName);
+    const auto replaced
+        = restart ? input : joined(cards_to_be_replaced(run.root, run.input), input);
     if (cleaned.empty() && replaced.empty())
         return "";
-    std::string text
-        = "no earlier run of vortik is known in " + run.root + ", and a new one would ";
+    std::string text = "no earlier run of vortik is known in " + run.root + ", and "
+        + (restart ? "this" : "a new") + " one would ";
     if (!cleaned.empty())
         text += "remove " + some_of(cleaned);
     if (!replaced.empty())
         text += (cleaned.empty() ? "replace " : ", and replace ") + some_of(replaced);
-    return text + advice;
+    return text + kAdvice;
 }
 
 /// Files in the way that only a run's own may be.

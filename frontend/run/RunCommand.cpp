@@ -34,17 +34,14 @@ void tell_cleaning(const PreparedRun& run, Display& display)
             display.tell("cleaning",
                 "Cleaning the results of an earlier run in " + run.root + ": "
                     + results_text(cleaned),
-                "," + json_member("directories", directories));
+                "," + json_member("directories", directories) + ","
+                    + json_member("files", files_of(cleaned)));
     }
-    auto replaced = files_to_be_replaced(run.root, run.input);
-    for (const Results& copies : copies_of_tables(run.root, run.input))
-        replaced.push_back(copies);
-    std::vector<std::string> files;
-    for (const Results& one : replaced)
-        files.insert(files.end(), one.files.begin(), one.files.end());
-    if (!files.empty())
+    const auto replaced = joined(
+        cards_to_be_replaced(run.root, run.input), input_to_be_replaced(run.root, run.input));
+    if (!replaced.empty())
         display.tell("replacing", "Writing anew: " + results_text(replaced),
-            "," + json_member("files", files));
+            "," + json_member("files", files_of(replaced)));
 }
 
 void tell_start(const RunInSight& started, const PreparedRun& run, Display& display)

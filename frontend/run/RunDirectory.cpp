@@ -111,6 +111,12 @@ bool remember_run(const std::string& root, const RunRecord& record)
         text += "earlier " + std::to_string(time.begin) + ' ' + std::to_string(time.end) + '\n';
     for (const LogMark& log : record.logs)
         text += "log " + std::to_string(log.size) + ' ' + log.digest + ' ' + log.file + '\n';
+    if (record.found)
+        text += "uncleaned " + record.uncleaned + "\nfound " + std::to_string(record.found->size())
+            + '\n';
+    for (const FileMark& mark : record.found.value_or(std::vector<FileMark> {}))
+        text += "file " + std::to_string(mark.time) + ' ' + std::to_string(mark.size) + ' '
+            + mark.file + '\n';
     return remember_text(root, text);
 }
 
@@ -142,6 +148,15 @@ void take_log(const std::string& value, RunRecord& record)
         record.logs.push_back(std::move(log));
 }
 
+void take_mark(const std::string& value, std::vector<FileMark>& marks)
+{
+    const auto [time, rest] = halves(value);
+    const auto [size, file] = halves(rest);
+    FileMark mark { file };
+    if (read_number(time, mark.time) && read_number(size, mark.size))
+        marks.push_back(std::move(mark));
+}
+
 } // namespace
 
 std::optional<RunRecord> recall_run(const std::string& root)
@@ -152,12 +167,15 @@ std::optional<RunRecord> recall_run(const std::string& root)
         return std::nullopt;
     std::map<std::string, std::string> values;
     RunRecord record;
+    std::vector<FileMark> marks;
     while (std::getline(text, line)) {
         auto [word, value] = halves(line);
         if (word == "earlier")
             take_earlier(value, record);
         else if (word == "log")
             take_log(value, record);
+        else if (word == "file")
+            take_mark(value, marks);
         else
             values[word] = std::move(value);
     }
@@ -168,6 +186,10 @@ std::optional<RunRecord> recall_run(const std::string& root)
     record.mark = values["mark"];
     record.built = { values["grid"], values["boundaries"], values["rotors"] };
     (void)read_number(values["since"], record.since); // an older `vortik` has not noted it
+    std::size_t count = 0; // an older `vortik` has noted none
+    if (read_number(values["found"], count) && count == marks.size())
+        record.found = std::move(marks);
+    record.uncleaned = values["uncleaned"];
     if (record.completionFile.empty() || !read_number(values["controller"], record.controller)
         || !read_number(values["link"], record.link))
         return std::nullopt;
@@ -185,6 +207,20 @@ void note_end(const std::string& root)
 std::optional<long long> noted_time(const std::string& root)
 {
     return write_time(record_file(root));
+}
+
+std::optional<FileMark> mark_of(const std::string& root, const std::string& file)
+{
+    const std::string path = below(root, file);
+    const auto time = write_time(path);
+    std::error_code error; // of a directory: it has no size of its own
+    const auto size = std::filesystem::file_size(Tavro::SystemPath(path), error);
+    return time ? std::optional(FileMark { file, error ? 0 : size, *time }) : std::nullopt;
+}
+
+std::string below(const std::string& root, const std::string& path)
+{
+    return Tavro::PathText(Tavro::SystemPath(root) / Tavro::SystemPath(path));
 }
 
 std::optional<long long> write_time(const std::string& file)

@@ -29,6 +29,13 @@ struct LogMark {
     std::string digest; ///< of its last bytes
 };
 
+/// A file as it was before a run.
+struct FileMark {
+    std::string file; ///< from the root of the run, or from the top of the file system
+    std::uint64_t size = 0;
+    long long time = 0; ///< when it was written, as in `WorkTime`
+};
+
 /// What those who come later need to know of the last run of a directory.
 struct RunRecord {
     std::string caseFile; ///< the readable case
@@ -42,6 +49,10 @@ struct RunRecord {
     std::vector<WorkTime> earlier = {}; ///< of the runs that it continues
     CaseDigests built = {}; ///< what its grid and cards were made from
     std::vector<LogMark> logs = {}; ///< those that were there before it
+    /// Cards and grids of the runs before it, and what else it may replace: it may have ended
+    /// before it came to that. Nothing if an older `vortik` has not noted them.
+    std::optional<std::vector<FileMark>> found = std::nullopt;
+    std::string uncleaned = {}; ///< digest of all that it was to clean; empty if that was nothing
 };
 
 /// The directory of a run, given itself or a file in it: absolute, every link followed, without "/"
@@ -75,6 +86,10 @@ void note_end(const std::string& root);
 /// When something was noted last, as in `WorkTime`; nothing if there is nothing.
 [[nodiscard]] std::optional<long long> noted_time(const std::string& root);
 
+/// The file as it stands; nothing if there is no such file.
+[[nodiscard]] std::optional<FileMark> mark_of(const std::string& root, const std::string& file);
+/// A path of the root, or one from the top of the file system as it is.
+[[nodiscard]] std::string below(const std::string& root, const std::string& path);
 /// When a file was written last, as in `WorkTime`; nothing if there is no such file.
 [[nodiscard]] std::optional<long long> write_time(const std::string& file);
 /// That many seconds, as in `WorkTime`.

@@ -62,8 +62,9 @@ void add_run_command(CLI::App& app, Action& chosen)
     command->add_flag("--restart", options->restart,
         "Go on from the latest restart file instead of cleaning the results of the earlier run");
     command->add_flag("--force", options->force,
-        "Begin in spite of a doubt: files in the way that no run has made, a restart of another "
-        "case, a run of another machine");
+        "Begin in spite of a doubt: files in the way that no run has made or that have been "
+        "changed "
+        "since, a restart of another case, a run of another machine");
     command->add_flag("--detach", options->detach, "Leave the run to itself as soon as it runs");
     add_json(*command, options->json);
     command->callback([&chosen, options] { chosen = [options] { return run_command(*options); }; });

@@ -5,6 +5,7 @@
 #include "frontend/run/Cleaning.h"
 #include "frontend/run/EarlierRun.h"
 #include "frontend/run/LogEnds.h"
+#include "frontend/run/OwnFiles.h"
 #include "frontend/run/StepWords.h"
 #include "tavrobase/AtomicFile.h"
 #include "tavrobase/PathIdentity.h"
@@ -136,8 +137,9 @@ RunRecord first_record(const PreparedRun& run, unsigned link, long long since)
 {
     RunRecord record { run.caseFile, run.input.m_strCaseName, run.completionFile,
         Tavro::GetHostname(), -1, "", link, since, {}, run.built, mark_logs(run.root, all_logs()) };
-    const auto former = run.input.m_bRestart ? recall_run(run.root) : std::nullopt;
-    if (former) {
+    const auto former = recall_run(run.root);
+    note_files(run.root, run.input, former, record);
+    if (former && run.input.m_bRestart) {
         record.earlier = work_times(run.root, *former);
         if (!former->built.grid.empty())
             record.built = former->built;

@@ -3,6 +3,7 @@
 #include "frontend/run/EarlierRun.h"
 #include "frontend/run/Follow.h"
 #include "frontend/run/LogEnds.h"
+#include "frontend/run/OwnFiles.h"
 #include "frontend/run/RunInSight.h"
 #include "tavrobase/SystemUtilities.h"
 #include "tavrobase/platform/Processes.h"
@@ -43,12 +44,14 @@ TEST(RunDirectory, RemembersARunInASmallTextFile)
     const TemporaryDirectory home;
     const RunRecord record { "/a b/case.toml", "cube", "/a b/.vortik-completion", "host", 12,
         "12@34", 5, -70, { { -90, -80 } }, { "1a", "2b", "3c" },
-        { { "Grid_Output/Tree Gen.err", 17, "4d" } } };
+        { { "Grid_Output/Tree Gen.err", 17, "4d" } },
+        { { { "Solver_Input/my cube.Tgrid", 3, -75 } } }, "5e" };
     ASSERT_TRUE(remember_run(home.path(), record));
     const std::string text
         = "vortik run 1\ncase /a b/case.toml\nname cube\ncompletion /a b/.vortik-completion\n"
           "host host\ncontroller 12\nmark 12@34\nlink 5\nsince -70\ngrid 1a\nboundaries 2b\n"
-          "rotors 3c\nearlier -90 -80\nlog 17 4d Grid_Output/Tree Gen.err\n";
+          "rotors 3c\nearlier -90 -80\nlog 17 4d Grid_Output/Tree Gen.err\nuncleaned 5e\n"
+          "found 1\nfile -75 3 Solver_Input/my cube.Tgrid\n";
     EXPECT_EQ(Testing::read_file(home.path(".vortik-run")), text);
     EXPECT_EQ(remembered_text(home.path()), text);
     const auto again = recall_run(home.path());
@@ -69,6 +72,12 @@ TEST(RunDirectory, RemembersARunInASmallTextFile)
     EXPECT_EQ(again->logs[0].file, "Grid_Output/Tree Gen.err");
     EXPECT_EQ(again->logs[0].size, 17U);
     EXPECT_EQ(again->logs[0].digest, "4d");
+    ASSERT_TRUE(again->found);
+    ASSERT_EQ(again->found->size(), 1U);
+    EXPECT_EQ(again->found->front().file, "Solver_Input/my cube.Tgrid");
+    EXPECT_EQ(again->found->front().size, 3U);
+    EXPECT_EQ(again->found->front().time, -75);
+    EXPECT_EQ(again->uncleaned, "5e");
     EXPECT_TRUE(remember_text(home.path(), ""));
     EXPECT_FALSE(Testing::file_exists(home.path(".vortik-run")));
     EXPECT_TRUE(remember_text(home.path(), "")); // nothing to take away
@@ -85,6 +94,7 @@ TEST(RunDirectory, KnowsARunOfAnOlderFrontEndWithoutItsTimes)
     EXPECT_EQ(record->since, 0);
     EXPECT_TRUE(record->earlier.empty());
     EXPECT_TRUE(record->logs.empty());
+    EXPECT_FALSE(record->found);
     EXPECT_EQ(record->built.grid, "");
     EXPECT_TRUE(work_times(home.path(), *record).empty());
 }

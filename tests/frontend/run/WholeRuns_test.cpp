@@ -60,12 +60,20 @@ TEST_F(WholeRun, InAPipeEachChangeIsALineAndTheEndSaysWhereTheResultsAre)
     const std::string said = tidy(again.output(), root);
     EXPECT_EQ(said.substr(0, said.find('\n')),
         "{\"event\":\"cleaning\",\"text\":\"Cleaning the results of an earlier run in DIR: "
-        "Body_Pressure (1 file), Field_Solutions (1 file), Process_Output (9 files), Restarts (1 "
-        "file)\",\"directories\":[\"Body_Pressure\",\"Field_Solutions\",\"Process_Output\","
-        "\"Restarts\"]}");
+        "Body_Pressure (1 file: cube_body.Grd), Field_Solutions (1 file: cube.Sln), Process_Output "
+        "(9 files: MassRsdl.dat, MomRsdl.dat, VelRsdl.dat and 6 more), Restarts (1 file: "
+        "cube.Rst)\",\"directories\":[\"Body_Pressure\",\"Field_Solutions\",\"Process_Output\","
+        "\"Restarts\"],\"files\":[\"Body_Pressure/cube_body.Grd\",\"Field_Solutions/cube.Sln\","
+        "\"Process_Output/MassRsdl.dat\",\"Process_Output/MomRsdl.dat\","
+        "\"Process_Output/VelRsdl.dat\",\"Process_Output/Vortik_Extractor.err\","
+        "\"Process_Output/Vortik_Extractor.out\",\"Process_Output/Vortik_PreCalc.err\","
+        "\"Process_Output/Vortik_PreCalc.out\",\"Process_Output/Vortik_Solver.err\","
+        "\"Process_Output/Vortik_Solver.out\",\"Restarts/cube.Rst\"]}");
     EXPECT_NE(
-        said.find("\n{\"event\":\"replacing\",\"text\":\"Writing anew: Grid_Output (8 files), "
-                  "Process_Output (2 files), Solver_Input (6 files)\",\"files\":["
+        said.find("\n{\"event\":\"replacing\",\"text\":\"Writing anew: Grid_Output (8 files: "
+                  "GeomBC.dat, OuterBC.dat, TreeGen.err and 5 more), Process_Output (2 files: "
+                  "Vortik_Controller.err, Vortik_Controller.out), Solver_Input (6 files: "
+                  "BndCnd.dat, ParmFlw.h, PreCalc.dat and 3 more)\",\"files\":["
                   "\"Grid_Output/GeomBC.dat\","),
         std::string::npos)
         << said;
@@ -201,7 +209,8 @@ TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
     EXPECT_EQ(again.ends(), 0);
     const std::string more = tidy(again.output(), root);
     EXPECT_TRUE(more.starts_with(
-        "Writing anew: Process_Output (2 files), Solver_Input (3 files)\n"
+        "Writing anew: Process_Output (2 files: Vortik_Controller.err, Vortik_Controller.out), "
+        "Solver_Input (3 files: cube.SlvrMain, cube.Tgrid, cube_moment_table.dat)\n"
         "Running cube in DIR, from DIR/Restarts/cube.Rst (controller: process N)\nsolver"))
         << more;
     EXPECT_EQ(more.find("Cleaning"), std::string::npos) << more;
