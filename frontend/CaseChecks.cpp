@@ -7,7 +7,12 @@
 #include "frontend/ValueText.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <numbers>
 #include <stdexcept>
+#include <utility>
 
 namespace Frontend {
 
@@ -31,6 +36,7 @@ public:
         for (std::size_t i = 0; i < m_record.m_vecRotors.size(); ++i)
             rotor("rotor[" + std::to_string(i) + ']', m_record.m_vecRotors[i]);
         adaptation();
+        boxes();
         zero_bytes();
     }
 
@@ -89,6 +95,8 @@ private:
             fault("case.name", what,
                 name.size() > kLongest ? "at most " + std::to_string(kLongest)
                                        : "the stem of file names, such as \"robin\"");
+        else
+            quoted("case.name", name);
     }
     static bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
@@ -154,12 +162,54 @@ private:
         if (m_record.m_time.m_vecTLen.empty() && !m_record.m_bGridOnly && !m_case.incomplete
             && sound("time.layer", "case.grid_only"))
             warn("time", "there is no [[time.layer]], so the solver has no step to do");
+        std::uint64_t steps = 0;
+        for (const std::uint32_t layer : m_record.m_time.m_vecNtCell)
+            steps += layer;
+        if (steps > std::numeric_limits<std::int32_t>::max())
+            warn("time.layer",
+                "all layers together have " + std::to_string(steps)
+                    + " steps, more than are counted: "
+                    + std::to_string(std::numeric_limits<std::int32_t>::max()));
         if (m_record.m_bTrim && m_record.m_uintTrimEnd < m_record.m_uintTrimStart
             && sound("trim.on", "trim.start", "trim.end"))
             warn("trim.end", "trim ends before it starts");
         if (m_record.m_bLtimeavg && m_record.m_uintItend < m_record.m_uintItbeg
             && sound("output.average.on", "output.average.start", "output.average.end"))
             warn("output.average.end", "the averages end before they start");
+    }
+
+    void boxes()
+    {
+        const VRK::GridData& grid = m_record.m_grid;
+        const std::pair<const char*, const std::vector<VRK::RefBoxData>*> lists[] {
+            { "grid.boxes_a", &grid.m_vecRefBoxesA }, { "grid.boxes_b", &grid.m_vecRefBoxesB },
+            { "grid.boxes_c", &grid.m_vecRefBoxesC }
+        };
+        for (const auto& [key, list] : lists) {
+            for (std::size_t i = 0; i < list->size(); ++i) {
+                const std::string path = std::string(key) + '[' + std::to_string(i) + ']';
+                if (sound(path + ".lower", path + ".upper"))
+                    box(path + ".upper", (*list)[i].m_adBox, (*list)[i].m_adBox + 3);
+            }
+        }
+        const VRK::AdaptiveData& adapt = m_record.m_adapt;
+        for (const auto& [key, list] : { std::pair("adaptation.boxes", &adapt.m_vecAdaptBoxes),
+                 std::pair("adaptation.second_boxes", &adapt.m_vecSecondAdaptBoxes) }) {
+            for (const auto& one : *list) {
+                if (sound(key))
+                    box(key, one.m_vMin, one.m_vMax);
+            }
+        }
+    }
+    template <typename Corner>
+    void box(const std::string& path, Corner lower, Corner upper)
+    {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            if (upper[axis] < lower[axis])
+                warn(path,
+                    "the box is empty: its upper corner is below the lower one along "
+                        + std::string(1, "xyz"[axis]));
+        }
     }
 
     void adaptation()
@@ -179,6 +229,8 @@ private:
     {
         if (!std::is_sorted(column.begin(), column.end()))
             warn(path + '.' + key, "r/R does not go up from row to row of \"" + key + '"');
+        if (std::any_of(column.begin(), column.end(), [](double r) { return r < 0.0 || r > 1.0; }))
+            warn(path + '.' + key, "r/R of \"" + key + "\" is not from 0 to 1");
     }
 
     void switched(const std::string& path, const std::string& key, const std::string& mark, bool on,
@@ -205,19 +257,50 @@ private:
         switched(path, "inplane", "inplane_table", rotor.m_bInplaneTable, rotor.m_vecInplaneR);
         switched(path, "cyclic", "cyclic_pitch", rotor.m_bCyclicPitch, rotor.m_vecCyclicCos);
         switched(path, "flap", "flapping", rotor.m_bFlapping, rotor.m_vecFlapCos);
-        const VRK::GridData& grid = m_record.m_grid;
-        for (std::size_t axis = 0;
-             axis < 3 && sound(path + ".center", "grid.domain_min", "grid.domain_max"); ++axis) {
-            if (rotor.m_adCenter[axis] < grid.m_dDomainMin[axis]
-                || rotor.m_adCenter[axis] > grid.m_dDomainMax[axis]) {
-                warn(path + ".center", "the rotor's centre lies outside the domain");
-                break;
-            }
-        }
+        if (sound(path + ".center", "grid.domain_min", "grid.domain_max"))
+            place_of(path, rotor);
+        quoted(path + ".name", rotor.m_strName);
         if (rotor.m_vecAftFile.empty() && sound(path + ".airfoil") && !m_case.incomplete)
             warn(path, "the rotor has no [[rotor.airfoil]]");
         for (std::size_t i = 0; i < rotor.m_vecAftFile.size(); ++i)
             airfoil(path + ".airfoil[" + std::to_string(i) + "].file", rotor.m_vecAftFile[i]);
+    }
+
+    void place_of(const std::string& path, const VRK::RotorData& rotor)
+    {
+        const VRK::GridData& grid = m_record.m_grid;
+        const auto leaves = [&](std::size_t axis, double radius) {
+            return rotor.m_adCenter[axis] - radius < grid.m_dDomainMin[axis]
+                || rotor.m_adCenter[axis] + radius > grid.m_dDomainMax[axis];
+        };
+        // How the axis of the disk lies; which way it is turned makes no difference here.
+        const double pitch = rotor.m_dPitchAngle * std::numbers::pi / 180.0;
+        const double bank = rotor.m_dBankAngle * std::numbers::pi / 180.0;
+        const double axes[] { std::sin(pitch), std::cos(pitch) * std::sin(bank),
+            std::cos(pitch) * std::cos(bank) };
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            if (leaves(axis, 0.0)) {
+                warn(path + ".center", "the rotor's centre lies outside the domain");
+                return;
+            }
+        }
+        constexpr double kHardly = 1.0 - 1e-9; // a disk that just touches a face is within
+        for (std::size_t axis = 0;
+             axis < 3 && sound(path + ".radius", path + ".pitch_angle", path + ".bank_angle");
+             ++axis) {
+            const double share = std::sqrt(std::max(0.0, 1.0 - axes[axis] * axes[axis]));
+            if (leaves(axis, rotor.m_dRadius * share * kHardly)) {
+                warn(path + ".radius", "the rotor's disk reaches out of the domain");
+                return;
+            }
+        }
+    }
+
+    /// The cards have texts between single quotes, on one line.
+    void quoted(const std::string& path, const std::string& text)
+    {
+        if (text.find_first_of("'\n\r") != std::string::npos && sound(path))
+            warn(path, "a single quote or a line end in a name ends it in the card");
     }
 
     void airfoil(const std::string& path, const std::string& name)
@@ -229,6 +312,7 @@ private:
             fault(path, "there is no airfoil table " + file, "a file in the fixed-column layout");
             return;
         }
+        quoted(path, name);
         if (!finds_airfoil_table(file))
             warn(path,
                 "no airfoil table is found in " + file + "; `vortik airfoil check` tells why");

@@ -57,6 +57,77 @@ TEST(CaseWarnings, ARotorOutOfTheDomainAndHarmonicsThatDoNotCount)
         "tells why\n");
 }
 
+TEST(CaseWarnings, ARotorWhoseDiskReachesOutOfTheDomain)
+{
+    // The domain reaches 8 m to each side of the centre, which lies 5 m above its middle.
+    const auto warned = [](const std::string& more) {
+        std::string text = with_rotor(more + "airfoil = [{ file = \"a.dat\" }]\n");
+        text.replace(text.find("center = [0, 0, 0]"), 18, "center = [0, 0, 5]");
+        text.replace(text.find("radius = 1"), 10, "radius = 8");
+        const std::string said = messages(text);
+        return said.find(":28:1: warning: the rotor's disk reaches out of the domain\n")
+            != std::string::npos;
+    };
+    EXPECT_FALSE(warned(""));
+    // Turned by 22 degrees its edge is 8 sin 22 = 2.997 m higher, by 23 degrees 3.126 m.
+    EXPECT_FALSE(warned("pitch_angle = -22.0\n"));
+    EXPECT_TRUE(warned("pitch_angle = -23.0\n"));
+    EXPECT_FALSE(warned("bank_angle = 22.0\n"));
+    EXPECT_TRUE(warned("bank_angle = 23.0\n"));
+    EXPECT_TRUE(warned("pitch_angle = 90.0\n"));
+}
+
+TEST(CaseWarnings, RadiiBeyondTheBladeAndNamesThatEndInTheirCard)
+{
+    std::string text = with_rotor("output_radii = [0.5, 1.5]\nchord_table = true\n"
+                                  "chord = [[-0.1, 0.1], [1, 0.1]]\n"
+                                  "airfoil = [{ file = \"o'neill.dat\" }]\n");
+    text.replace(text.find("name = \"R\""), 10, "name = \"R\\nS\"");
+    text.replace(text.find("name = \"plain\""), 14, "name = \"it's\"");
+    const std::string card = "a single quote or a line end in a name ends it in the card\n";
+    const Testing::TemporaryDirectory directory;
+    Testing::write_file(directory.path("o'neill.dat"), TableTexts::kTable);
+    const Testing::WorkingDirectoryScope scope(directory.path());
+    Frontend::Diagnostics diagnostics;
+    EXPECT_TRUE(Frontend::case_of_text(text, "case.toml", diagnostics));
+    std::ostringstream reported;
+    diagnostics.print(reported);
+    EXPECT_EQ(reported.str(),
+        "case.toml:2:1: warning: " + card + "case.toml:26:1: warning: " + card
+            + "case.toml:31:1: warning: r/R of \"output_radii\" is not from 0 to 1\n"
+              "case.toml:33:1: warning: r/R of \"chord\" is not from 0 to 1\n"
+              "case.toml:34:14: warning: "
+            + card);
+}
+
+TEST(CaseWarnings, BoxesWithoutAnInside)
+{
+    std::string text = kPlainCase
+        + "[[grid.boxes_a]]\nlower = [0, 1, 0]\nupper = [1, 0, 1]\nlevel = 1\n"
+          "[[grid.boxes_c]]\nlower = [0, 0, 0]\nupper = [1, 1, 0]\nlevel = 1\n"
+          "[[grid.boxes_c]]\nlower = [2, 2, 2]\nupper = [3, 3, 1]\nlevel = 1\n"
+          "[adaptation]\nboxes = [[0, 0, 0, 1, 1, 1], [0, 0, 0, -1, 1, 1]]\n"
+          "second_boxes = [[0, 0, 0, 1, 1, -1]]\n";
+    const std::string empty = "the box is empty: its upper corner is below the lower one along ";
+    EXPECT_EQ(messages(text),
+        "case.toml:27:1: warning: " + empty + "y\ncase.toml:35:1: warning: " + empty
+            + "z\ncase.toml:38:1: warning: " + empty + "x\ncase.toml:39:1: warning: " + empty
+            + "z\n");
+}
+
+TEST(CaseWarnings, MoreStepsThanAreCounted)
+{
+    const std::string layer = "[[time.layer]]\nduration = 1\nsteps = ";
+    const std::string plain = Testing::plain_case_with(
+        "[[time.layer]]\nduration = 1.0\nsteps = 10\n", layer + "2147483646\n");
+    EXPECT_EQ(messages(plain + layer + "1\n"), "");
+    EXPECT_NE(
+        messages(plain + layer + "2\n")
+            .find("warning: all layers together have 2147483648 steps, more than are counted: "
+                  "2147483647\n"),
+        std::string::npos);
+}
+
 TEST(CaseWarnings, ATextIsCutAtItsFirstZeroByte)
 {
     EXPECT_EQ(messages(kPlainCase
