@@ -93,10 +93,12 @@ int links_command(bool watch)
 {
     Tavro::UserSignals signals;
     const LinkUse use;
-    LinkManager::Result result = use.result();
+    if (use.result() != LinkManager::Success) {
+        std::cerr << "vortik: " << use.complaint() << '\n';
+        return kFailed;
+    }
     Picture picture;
-    if (result == LinkManager::Success)
-        result = take(picture);
+    LinkManager::Result result = take(picture);
     const bool live = watch && Tavro::output_is_terminal();
     while (result == LinkManager::Success) {
         if (live)

@@ -108,12 +108,12 @@ int run_command(const RunOptions& options)
     Display display(options.json);
     const LinkUse links;
     if (links.result() != Tavro::LinkManager::Success)
-        return complain(
-            std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
-            kFailed);
+        return complain(links.complaint(), kFailed);
     if (reason = obstacle(*prepared, options.force); !reason.empty())
         return complain(reason, kBadInput);
     if (reason = lack_of_programs(*prepared); !reason.empty())
+        return complain(reason, kFailed);
+    if (reason = links.lack_of_room(); !reason.empty())
         return complain(reason, kFailed);
     if (signals.interrupts() > 0 || signals.hung_up())
         return complain(

@@ -6,6 +6,7 @@
 #include "frontend/run/StepWords.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Frontend {
 
@@ -14,6 +15,37 @@ using Tavro::LinkManager;
 LinkUse::LinkUse()
     : m_result(LinkManager::Startup())
 {
+}
+
+std::string LinkUse::complaint() const
+{
+    const std::string reason = std::string("no links: ") + LinkManager::GetResultString(m_result);
+    if (m_result != LinkManager::TooManyManagers)
+        return reason;
+    return reason + ". They have room for " + std::to_string(LinkManager::GetMaxNumLinkManagers())
+        + " programs: two of each run, and each vortik that shows one; it is there again as soon "
+          "as one of them ends";
+}
+
+std::string LinkUse::lack_of_room() const
+{
+    std::vector<LinkManager::LinkDebugInfo> links;
+    if (LinkManager::GetLinkDebugInfo(links) != LinkManager::Success)
+        return ""; // the run itself will meet with that
+    std::uint32_t runs = 0;
+    std::uint32_t taken = 1; // by this process
+    for (const auto& link : links) {
+        if (link.m_nAttachments == 0 || link.m_nDataSize != sizeof(VRK::GUIRecord))
+            continue;
+        ++runs;
+        taken += link.m_nAttachments + 1; // its step program has a link of its own
+    }
+    constexpr std::uint32_t kNeeded = 3; // controller, step program, and who stops one of all these
+    if (std::max(taken, LinkManager::GetNumAttachedManagers()) + kNeeded
+        <= LinkManager::GetMaxNumLinkManagers())
+        return "";
+    return "the links have no room for another run beside the " + std::to_string(runs)
+        + " that are under way; `vortik status` lists them";
 }
 
 LinkUse::~LinkUse() { LinkManager::Shutdown(); }

@@ -22,6 +22,11 @@ public:
     LinkUse& operator=(LinkUse&&) = delete;
 
     [[nodiscard]] Tavro::LinkManager::Result result() const { return m_result; }
+    /// What to say if there is no share: the reason and what to do.
+    [[nodiscard]] std::string complaint() const;
+    /// Why another run has no room in the links, with a place left for whoever stops one; empty if
+    /// it has. Runs of which the step program has not come up yet count as well.
+    [[nodiscard]] std::string lack_of_room() const;
 
 private:
     Tavro::LinkManager::Result m_result;

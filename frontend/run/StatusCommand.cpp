@@ -112,10 +112,12 @@ int status_command(const std::string& path, bool json)
     const Tavro::UserSignals signals;
     Display display(json);
     const LinkUse links;
-    if (links.result() != Tavro::LinkManager::Success)
-        return complain(
-            std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
-            kFailed);
+    // Without links there is still what is remembered of a run.
+    const bool linked = links.result() == Tavro::LinkManager::Success;
+    if (!linked)
+        std::cerr << "vortik: " << links.complaint() << '\n';
+    if (!linked && !root)
+        return kFailed;
     if (root) {
         const auto status = status_of(*root, recall_run(*root));
         if (!status)

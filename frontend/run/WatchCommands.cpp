@@ -43,9 +43,7 @@ int complaint_of(
     if (!root)
         return complain(path + ": no such directory");
     if (links.result() != Tavro::LinkManager::Success)
-        return complain(
-            std::string("no links: ") + Tavro::LinkManager::GetResultString(links.result()),
-            kFailed);
+        return complain(links.complaint(), kFailed);
     return kFinished;
 }
 

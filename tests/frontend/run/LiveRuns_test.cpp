@@ -11,9 +11,12 @@
 #include <ctime>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <regex>
+#include <stdexcept>
 #include <thread>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -247,6 +250,89 @@ TEST_F(LiveRun, WhoseControllerIsSilentIsToldAtOnceAndWhenItIsBack)
     EXPECT_EQ(outcome.err,
         "status 0\nextractor\nThe controller has not touched its link for 15 s: it is suspended, "
         "or the machine has no time for it.\nThe controller touches its link again.\nFinished.\n");
+}
+
+/// Processes that each hold a share in the links, until this one's end.
+class Crowd {
+public:
+    explicit Crowd(int count)
+    {
+        for (; count > 0; --count) {
+            int ready[2] {};
+            if (::pipe(ready) != 0)
+                throw std::runtime_error("pipe");
+            m_processes.push_back(::fork());
+            if (m_processes.back() == 0) {
+                if (LinkManager::Startup() == LinkManager::Success)
+                    (void)!::write(ready[1], "y", 1);
+                ::pause();
+                ::_exit(0);
+            }
+            ::close(ready[1]);
+            char answer = 0;
+            if (::read(ready[0], &answer, 1) != 1)
+                throw std::runtime_error("no share in the links");
+            ::close(ready[0]);
+        }
+    }
+    ~Crowd()
+    {
+        for (const pid_t process : m_processes) {
+            ::kill(process, SIGKILL);
+            ::waitpid(process, nullptr, 0);
+        }
+    }
+    Crowd(const Crowd&) = delete;
+    Crowd& operator=(const Crowd&) = delete;
+    Crowd(Crowd&&) = delete;
+    Crowd& operator=(Crowd&&) = delete;
+
+private:
+    std::vector<pid_t> m_processes;
+};
+
+TEST_F(LiveRun, FindsThatTheLinksAreFullBeforeAnythingIsCleanedOrChanged)
+{
+    const std::string root = make_case("run", 20);
+    Testing::write_file(root + "/.vortik-completion", "8\n");
+    char host[256] = {};
+    ::gethostname(host, sizeof host - 1);
+    Testing::write_file(root + "/.vortik-run",
+        "vortik run 1\ncase " + root + "/case.toml\nname cube\ncompletion " + root
+            + "/.vortik-completion\nhost " + host + "\ncontroller 1\nmark 1@none\nlink 0\n");
+    const auto files = Testing::names_in(root);
+    // A run is a controller, a step program and who watches it; 24 times two and the vortik that
+    // would begin another one leave one place of 50.
+    const auto nearly = Testing::run_isolated([&] {
+        if (LinkManager::Startup() != LinkManager::Success)
+            ::_exit(1);
+        LinkManager::Result result {};
+        std::vector<std::unique_ptr<VRK::GUIConLink>> runs;
+        for (int i = 0; i < 24; ++i)
+            runs.push_back(std::make_unique<VRK::GUIConLink>(
+                Tavro::FilePath(root + std::to_string(i) + "/"), result));
+        std::cerr << tidy(all_of({ "run", root }), root);
+        runs.clear();
+        LinkManager::Shutdown();
+    });
+    EXPECT_EQ(nearly.err,
+        "vortik: the links have no room for another run beside the 24 that are under way; `vortik "
+        "status` lists them\nstatus 1\n");
+
+    std::string said;
+    {
+        const Crowd crowd(50);
+        for (const auto& command : std::vector<Testing::Words> {
+                 { "run", root }, { "links" }, { "status" }, { "status", root } })
+            said += tidy(all_of(command), root);
+    }
+    const std::string full
+        = "vortik: no links: Too many managers. They have room for 50 programs: two of each run, "
+          "and each vortik that shows one; it is there again as soon as one of them ends\n";
+    EXPECT_EQ(said,
+        full + "status 1\n" + full + "status 1\n" + full + "status 1\n" + full
+            + "DIR: finished\nstatus 0\n");
+    EXPECT_EQ(Testing::names_in(root), files);
 }
 
 } // namespace
