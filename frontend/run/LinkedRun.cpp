@@ -31,7 +31,9 @@ std::optional<Progress> look_at(unsigned link)
     return read_progress(attached, result);
 }
 
-/// Whether a controller touches the link again, of which the last one is known to be dead.
+/// Whether a controller touches the link again, of which the last one is known to be dead. Nothing
+/// but that tells: the number may have come to another front end at once, since the block goes with
+/// the last of its users and the next one counts anew.
 bool is_touched_again(unsigned link, long long touched)
 {
     while (seconds_now() <= touched + kTurn) {

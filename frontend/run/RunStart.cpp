@@ -132,11 +132,11 @@ private:
     bool m_isKept = true;
 };
 
-/// What is to be remembered of a run before its controller begins.
-RunRecord first_record(const PreparedRun& run, unsigned link, long long since)
+/// What is to be remembered of a run before it has a link.
+RunRecord first_record(const PreparedRun& run)
 {
     RunRecord record { run.caseFile, run.input.m_strCaseName, run.completionFile,
-        Tavro::GetHostname(), -1, "", link, since, {}, run.built, mark_logs(run.root, all_logs()) };
+        Tavro::GetHostname(), -1, "", 0, 0, {}, run.built, mark_logs(run.root, all_logs()) };
     const auto former = recall_run(run.root);
     note_files(run.root, run.input, former, record);
     if (former && run.input.m_bRestart) {
@@ -151,8 +151,9 @@ RunRecord first_record(const PreparedRun& run, unsigned link, long long since)
 
 std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
 {
-    RunInSight started { run.root, {}, nullptr, true };
+    RunInSight started { run.root, first_record(run), nullptr, true };
     LinkManager::Result result {};
+    // Of whoever is killed from here on until the run is remembered a link without a run is left.
     started.link = std::make_unique<VRK::GUIConLink>(link_key(run.root), result);
     if (result != LinkManager::Success) {
         reason = std::string("no link for the controller: ") + LinkManager::GetResultString(result);
@@ -172,7 +173,8 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
     const std::string formerRecord = remembered_text(run.root);
     Former formerWord(run.completionFile);
     std::error_code error;
-    started.record = first_record(run, started.link->GetLinkID(), write_time(caseFile).value_or(0));
+    started.record.link = started.link->GetLinkID();
+    started.record.since = write_time(caseFile).value_or(0);
     // Before the controller: whoever comes when this process has been killed must know of the run.
     if (!remember_run(run.root, started.record)) {
         reason = "what is to be remembered of the run cannot be written in " + run.root;

@@ -159,21 +159,23 @@ TEST_F(UsedDirectory, KeepsAFileInThePlaceOfATablesCopyUnlessItIsThatCopy)
     EXPECT_EQ(run.ends(), 0) << run.output();
     EXPECT_EQ(run.output().find("Writing anew"), std::string::npos) << run.output();
     EXPECT_EQ(VortikProcess({ "stop", root }).ends(), 0);
-    EXPECT_EQ(Testing::read_file(root + "/.naca.dat"),
-        TableTexts::without_last_line_end(TableTexts::kTable));
+    const std::string copy = TableTexts::without_last_line_end(TableTexts::kTable);
+    EXPECT_EQ(Testing::read_file(root + "/.naca.dat"), copy);
 
-    // Its copy of a table that has changed is the run's.
+    const auto written = std::filesystem::last_write_time(root + "/.naca.dat");
+    write(root + "/.naca.dat");
+    std::filesystem::last_write_time(
+        root + "/.naca.dat", std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+    refused("the case would replace a file that no run has written: .naca.dat");
+    // The run's own copy of a table that has changed since may go.
+    Testing::write_file(root + "/.naca.dat", copy);
+    std::filesystem::last_write_time(root + "/.naca.dat", written);
     Testing::write_file(root + "/naca.dat", "measured again\n" + TableTexts::kTable + "\n");
     VortikProcess again({ "run", root, "--detach" }, pace(100));
     EXPECT_EQ(again.ends(), 0) << again.output();
     EXPECT_NE(
         again.output().find("copies of airfoil tables (1 file: .naca.dat)"), std::string::npos)
         << again.output();
-    EXPECT_EQ(VortikProcess({ "stop", root }).ends(), 0);
-    write(root + "/.naca.dat");
-    std::filesystem::last_write_time(
-        root + "/.naca.dat", std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
-    refused("the case would replace a file that no run has written: .naca.dat");
 }
 
 } // namespace
