@@ -99,6 +99,7 @@ public:
         , m_display(display)
         , m_signals(signals)
         , m_onInterrupt(onInterrupt)
+        , m_isToStop(onInterrupt == OnInterrupt::LeaveStopping)
         , m_signOfLife(seconds_now())
     {
     }
@@ -215,8 +216,11 @@ private:
         if (m_sawItLive && !m_run.record.completionFile.empty()
             && step_programs(m_run.record).empty())
             note_end(m_run.root);
-        tell_ending(m_run.root, m_run.record, ending, m_display);
-        return exit_status_of(ending.outcome);
+        int status = exit_status_of(ending.outcome);
+        if (m_isToStop && status == kStopped) // what was asked for is that it runs no more
+            status = kFinished;
+        tell_ending(m_run.root, m_run.record, ending, status, m_display);
+        return status;
     }
 
     /// The controller does not wait for a program that it has asked to stop.
@@ -232,6 +236,7 @@ private:
     Display& m_display;
     Tavro::UserSignals& m_signals;
     OnInterrupt m_onInterrupt;
+    bool m_isToStop; ///< and has been asked to, before it was followed
     SignOfLife m_signOfLife;
     Progress m_last;
     int m_published = 0;
@@ -265,13 +270,12 @@ void tell_detached(const RunInSight& run, Display& display)
     display.tell("detached", detached_text(run), "," + json_member("directory", run.root));
 }
 
-void tell_ending(
-    const std::string& root, const RunRecord& record, const Ending& ending, Display& display)
+void tell_ending(const std::string& root, const RunRecord& record, const Ending& ending, int status,
+    Display& display)
 {
     display.tell("end", capital(ending_text(ending)) + ".",
         "," + json_member("outcome", outcome_name(ending.outcome)) + ","
-            + json_member("completion", ending.word) + ","
-            + json_member("exit_status", exit_status_of(ending.outcome)));
+            + json_member("completion", ending.word) + "," + json_member("exit_status", status));
     switch (ending.outcome) {
     case Outcome::Finished:
         tell_results(root, display);

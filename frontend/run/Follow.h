@@ -17,14 +17,16 @@ enum class OnInterrupt {
 /// Says that the run has been left to itself, and how to attach to it again.
 void tell_detached(const RunInSight& run, Display& display);
 
-/// Shows the run until it ends or is left to itself, and says how it ended. The exit status.
-/// Where the terminal goes away the run is left to itself.
+/// Shows the run until it ends or is left to itself, and says how it ended. The exit status: of
+/// who has come to see a run stop, 0 if it has. Where the terminal goes away the run is left to
+/// itself.
 [[nodiscard]] int follow_run(
     RunInSight& run, Display& display, Tavro::UserSignals& signals, OnInterrupt onInterrupt);
 
-/// Says how a run has ended that nobody has followed, or the ends of its logs too if it failed.
-void tell_ending(
-    const std::string& root, const RunRecord& record, const Ending& ending, Display& display);
+/// Says how a run has ended, with the exit status of who says it, and the ends of its logs if it
+/// failed.
+void tell_ending(const std::string& root, const RunRecord& record, const Ending& ending, int status,
+    Display& display);
 
 /// Notices a controller that lives but gives no sign of life.
 class SignOfLife {

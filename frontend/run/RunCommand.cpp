@@ -80,8 +80,9 @@ int detach_from(RunInSight& run, Display& display, Tavro::UserSignals& signals)
         return kFinished;
     }
     const Ending ending = ending_of(run.record, *end, {});
-    tell_ending(run.root, run.record, ending, display);
-    return exit_status_of(ending.outcome);
+    const int status = exit_status_of(ending.outcome);
+    tell_ending(run.root, run.record, ending, status, display);
+    return status;
 }
 
 } // namespace

@@ -149,10 +149,8 @@ int stop_command(const std::string& path, bool json)
             kFailed);
     display.tell("stopping", "Stopping " + run->root + ", as soon as the controller hears it.");
     const int status = follow_run(*run, display, signals, OnInterrupt::LeaveStopping);
-    const bool goesOn = !run->controller_end();
     run->link.reset(); // before the share in the links ends
-    // What was asked for is that it runs no more.
-    return goesOn ? kStopped : status == kFailed ? kFailed : kFinished;
+    return status;
 }
 
 } // namespace Frontend

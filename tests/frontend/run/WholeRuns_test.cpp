@@ -268,10 +268,17 @@ TEST_F(WholeRun, TheSecondCtrlCLeavesTheRunAndAnotherCanBeAttachedAndStopIt)
             .find("The run goes on by itself. `vortik watch DIR` shows it again, `vortik stop "
                   "DIR` stops it.\n"),
         std::string::npos);
+    VortikProcess heard({ "stop", second, "--json" });
+    VortikProcess last({ "watch", second, "--json" });
+    EXPECT_TRUE(heard.writes("{\"event\":\"stopping\","));
     ASSERT_EQ(::kill(controller, SIGCONT), 0);
+    // Each says the exit status that it has: a stop that was wanted is no failure.
+    EXPECT_EQ(heard.ends(), 0);
+    EXPECT_NE(heard.output().find("\"outcome\":\"stopped\",\"completion\":-8,\"exit_status\":0}\n"),
+        std::string::npos)
+        << heard.output();
 
     VortikProcess stop({ "stop", root });
-    VortikProcess last({ "watch", second, "--json" });
     EXPECT_EQ(stop.ends(), 0);
     EXPECT_EQ(tidy(stop.output(), root).substr(0, 56),
         "Stopping DIR, as soon as the controller hears it.\nsolver");
