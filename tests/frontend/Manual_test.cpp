@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-// The man page and the completion know the same commands and options as the program.
-#include "tests/airfoil/TableTexts.h"
+// The man page and the completions know the same commands and options as the program.
 #include "tests/frontend/Vortik.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <csignal>
 #include <regex>
 #include <set>
 #include <sstream>
 
-#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -70,24 +67,6 @@ TEST(Manual, ManPageAndCompletionKnowEveryCommand)
     }
 }
 
-TEST(Manual, CompletionKnowsEveryOptionOfEveryCommand)
-{
-    for (const std::string& command : words_below(help_of({}), "Subcommands:")) {
-        std::vector<std::string> words { command };
-        if (command == "airfoil")
-            words.emplace_back("clean");
-        const std::string help = help_of(words);
-        std::string typed = "vortik";
-        for (const std::string& word : words)
-            typed += ' ' + word;
-        const auto offered = completed(typed + " -");
-        const std::regex option("--[a-z]+");
-        for (auto i = std::sregex_iterator(help.begin(), help.end(), option);
-             i != std::sregex_iterator(); ++i)
-            EXPECT_TRUE(holds(offered, i->str())) << command << ' ' << i->str();
-    }
-}
-
 const std::vector<std::string> kCommands { "new", "check", "build", "show", "run", "watch", "stop",
     "status", "links", "surface", "airfoil check", "airfoil clean" };
 
@@ -126,6 +105,148 @@ std::set<std::string> options_in(const std::string& text)
          i != std::sregex_iterator(); ++i)
         found.insert((*i)[2]);
     return found;
+}
+
+std::set<std::string> options_of(const std::string& command)
+{
+    return options_in(section(help_of(words_of(command)), "Options:", "\n"));
+}
+
+std::set<std::string> commands_in(const std::vector<std::string>& command)
+{
+    const auto words = words_below(help_of(command), "Subcommands:");
+    return { words.begin(), words.end() };
+}
+
+std::string completion_file(const std::string& shell)
+{
+    return kTree + "/frontend/completion/vortik." + shell;
+}
+
+TEST(Manual, BashKnowsEveryOptionOfEveryCommandAndNoOther)
+{
+    for (const std::string& command : kCommands) {
+        auto expected = options_of(command);
+        EXPECT_EQ(expected.erase("-h"), 1U); // who types "-" hardly means that
+        const auto offered = completed("vortik " + command + " -");
+        EXPECT_EQ(std::set<std::string>(offered.begin(), offered.end()), expected) << command;
+    }
+    EXPECT_EQ(completed("vortik -"), (std::vector<std::string> { "--help", "--version" }));
+}
+
+/// What the file for zsh has behind that case label, without what the shell shows beside it.
+std::string zsh_section(const std::string& label)
+{
+    const std::string file = Testing::read_file(completion_file("zsh"));
+    const auto begin = file.find("  " + label + ")\n");
+    if (begin == std::string::npos)
+        return "";
+    std::string text = file.substr(begin, file.find(";;", begin) - begin);
+    static const std::regex shared("\\$(help|force|json|output)");
+    for (std::smatch use; std::regex_search(text, use, shared);) {
+        const auto at = file.find("  " + use[1].str() + "=(");
+        text.replace(static_cast<std::size_t>(use.position()),
+            static_cast<std::size_t>(use.length()), file.substr(at, file.find('\n', at) - at));
+    }
+    return std::regex_replace(text, std::regex("\\[[^\\]]*\\]"), "");
+}
+
+std::set<std::string> all_matches(const std::string& text, const std::string& pattern)
+{
+    std::set<std::string> found;
+    const std::regex wanted(pattern);
+    for (auto i = std::sregex_iterator(text.begin(), text.end(), wanted);
+         i != std::sregex_iterator(); ++i)
+        found.insert((*i)[1]);
+    return found;
+}
+
+TEST(Manual, ZshKnowsEveryCommandAndOptionAndNoOther)
+{
+    const std::string file = Testing::read_file(completion_file("zsh"));
+    EXPECT_TRUE(file.starts_with("#compdef vortik\n"));
+    const auto list = [&file](std::size_t from) {
+        const auto begin = file.find("  commands=(", from);
+        return all_matches(file.substr(begin, file.find("\n  )", begin) - begin), "\n *'([a-z]+):");
+    };
+    EXPECT_EQ(list(0), commands_in({}));
+    EXPECT_EQ(list(file.find("\n  airfoil)")), commands_in({ "airfoil" }));
+    for (const std::string& command : kCommands) {
+        const auto blank = command.find(' ');
+        const std::string label
+            = blank == std::string::npos ? command : "argument:" + command.substr(blank + 1);
+        EXPECT_EQ(all_matches(zsh_section(label), "[^a-z-](--?[a-z]+)"), options_of(command))
+            << command;
+    }
+    EXPECT_NE(file.find("'(- *)--version["), std::string::npos);
+}
+
+TEST(Manual, FishKnowsEveryCommandAndOptionAndNoOther)
+{
+    const std::string file = Testing::read_file(completion_file("fish"));
+    const auto commands = [&file](const std::string& before) {
+        return all_matches(file,
+            "\ncomplete -c vortik -n '__vortik_has_no_more" + before + "' -f -a ([a-z]+) -d ");
+    };
+    EXPECT_EQ(commands(""), commands_in({}));
+    EXPECT_EQ(commands(" airfoil"), commands_in({ "airfoil" }));
+    for (const std::string& command : kCommands) {
+        std::set<std::string> offered;
+        std::istringstream lines(file);
+        for (std::string line; std::getline(lines, line);) {
+            const bool isForAll = line.starts_with("complete -c vortik -s");
+            if (!isForAll
+                && !line.starts_with("complete -c vortik -n '__vortik_in " + command + "'"))
+                continue;
+            for (const std::string& name : all_matches(line, " -s ([a-z]) "))
+                offered.insert("-" + name);
+            for (const std::string& name : all_matches(line, " -l ([a-z]+) "))
+                offered.insert("--" + name);
+        }
+        EXPECT_EQ(offered, options_of(command)) << command;
+    }
+    EXPECT_NE(file.find("'__vortik_has_no_more' -l version "), std::string::npos);
+}
+
+TEST(Manual, AllShellsKnowTheExamples)
+{
+    const std::string names = "sphere robin robin-adaptive wind-turbine";
+    EXPECT_NE(help_of({ "new" }).find("One of sphere, robin, robin-adaptive, wind-turbine;"),
+        std::string::npos);
+    for (const char* shell : { "bash", "zsh", "fish" })
+        EXPECT_NE(Testing::read_file(completion_file(shell)).find(names), std::string::npos)
+            << shell;
+}
+
+/// What a shell says of the completion that is for it, and its exit status.
+Testing::Outcome read_by(const std::string& shell)
+{
+    return Testing::run_isolated([&shell] {
+        ::execlp(shell.c_str(), shell.c_str(), "-n", completion_file(shell).c_str(), nullptr);
+        ::_exit(127); // as of a command that is not found
+    });
+}
+
+TEST(Manual, BashUnderstandsItsCompletion)
+{
+    const auto outcome = read_by("bash");
+    EXPECT_EQ(outcome.err + std::to_string(outcome.status), "0");
+}
+
+TEST(Manual, ZshUnderstandsItsCompletion)
+{
+    const auto outcome = read_by("zsh");
+    if (outcome.status == 127)
+        GTEST_SKIP() << "zsh is not installed";
+    EXPECT_EQ(outcome.err + std::to_string(outcome.status), "0");
+}
+
+TEST(Manual, FishUnderstandsItsCompletion)
+{
+    const auto outcome = read_by("fish");
+    if (outcome.status == 127)
+        GTEST_SKIP() << "fish is not installed";
+    EXPECT_EQ(outcome.err + std::to_string(outcome.status), "0");
 }
 
 TEST(Manual, ManPageTellsEveryOptionOfEveryCommandAndNoOther)
@@ -191,84 +312,6 @@ TEST(Manual, ExitStatusesAreTheSameInHelpManPageAndDocumentation)
         EXPECT_NE(man.find(page), std::string::npos) << page << "\n--- not in\n" << man;
         EXPECT_NE(docs.find(row + "\n"), std::string::npos) << row;
     }
-}
-
-TEST(CommandLine, AnAirfoilTableMayComeThroughAPipe)
-{
-    const Testing::TemporaryDirectory directory;
-    Testing::write_file(directory.path("a.dat"), "measured\n" + TableTexts::kTable);
-    const std::string command = "cat '" + directory.path("a.dat") + "' | '"
-        + Testing::program_beside_this("vortik") + "' airfoil check /dev/stdin";
-    const auto outcome = Testing::run_isolated(
-        [&command] { ::execlp("sh", "sh", "-c", command.c_str(), nullptr); });
-    EXPECT_EQ(outcome.out,
-        "/dev/stdin: good; lift 2 x 3, drag 1 x 2, moment 1 x 1 (Mach numbers x angles); a run "
-        "cuts the line before the table\n");
-    EXPECT_EQ(outcome.err, "");
-}
-
-TEST(CommandLine, WhatIsUnknownIsToldWithWhatWasLikelyMeant)
-{
-    const auto told = [](const std::string& line) {
-        const auto outcome = Testing::run_vortik("/", words_of(line));
-        return outcome.out + outcome.err + "status " + std::to_string(outcome.status);
-    };
-    const std::string top = "\n`vortik --help` tells what there is\nstatus 2";
-    EXPECT_EQ(
-        told("rnu robin"), "vortik: there is no command \"rnu\"; did you mean \"run\"?" + top);
-    EXPECT_EQ(told("stat"), "vortik: there is no command \"stat\"; did you mean \"status\"?" + top);
-    EXPECT_EQ(told("frobnicate"), "vortik: there is no command \"frobnicate\"" + top);
-    EXPECT_EQ(told("--verison"),
-        "vortik: there is no option \"--verison\"; did you mean \"--version\"?" + top);
-    EXPECT_EQ(told(""), "vortik: a command is required" + top);
-    EXPECT_EQ(told("airfoil"),
-        "vortik airfoil: a command is required\n`vortik airfoil --help` tells what there "
-        "is\nstatus 2");
-    EXPECT_EQ(told("airfoil chekc a.dat"),
-        "vortik airfoil: there is no command \"chekc\"; did you mean \"check\"?\n`vortik airfoil "
-        "--help` tells what there is\nstatus 2");
-    const std::string run = "\n`vortik run --help` tells what there is\nstatus 2";
-    // The option comes first although the case is missing too.
-    EXPECT_EQ(told("run --restrat"),
-        "vortik run: there is no option \"--restrat\"; did you mean \"--restart\"?" + run);
-    EXPECT_EQ(told("run case --json --detahc"),
-        "vortik run: there is no option \"--detahc\"; did you mean \"--detach\"?" + run);
-    EXPECT_EQ(told("run"), "vortik run: CASE is required" + run);
-    EXPECT_EQ(
-        told("run one two"), "vortik run: The following argument was not expected: two" + run);
-    // What follows an option that takes a value is no command and no option.
-    EXPECT_EQ(told("build --output --ouptut case --froce"),
-        "vortik build: there is no option \"--froce\"; did you mean \"--force\"?\n`vortik build "
-        "--help` tells what there is\nstatus 2");
-}
-
-TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
-{
-    if (!Testing::file_exists("/dev/full"))
-        GTEST_SKIP() << "no device that is always full";
-    const auto outcome = Testing::run_isolated([] {
-        if (::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO) < 0)
-            ::_exit(99);
-        const std::string program = Testing::program_beside_this("vortik");
-        ::execl(program.c_str(), "vortik", "--help", nullptr);
-    });
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "vortik: the output cannot be written\n");
-}
-
-TEST(CommandLine, PrintingThatNobodyReadsEndsAsThatOfOtherProgramsDoes)
-{
-    const auto outcome = Testing::run_isolated([] {
-        std::array<int, 2> pipe {};
-        if (::pipe(pipe.data()) != 0 || ::dup2(pipe[1], STDOUT_FILENO) < 0)
-            ::_exit(99);
-        ::close(pipe[0]);
-        const std::string program = Testing::program_beside_this("vortik");
-        ::execl(program.c_str(), "vortik", "check", "--keys", nullptr);
-    });
-    EXPECT_FALSE(outcome.exited);
-    EXPECT_EQ(outcome.signal, SIGPIPE);
-    EXPECT_EQ(outcome.err, "");
 }
 
 TEST(Manual, CompletionOffersTheExamples)
