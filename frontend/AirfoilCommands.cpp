@@ -18,7 +18,7 @@ struct FoundTable {
 
 std::optional<FoundTable> find_table(const std::string& path, Diagnostics& diagnostics)
 {
-    const auto bytes = read_text(path, diagnostics);
+    const auto bytes = read_text(path, kAirfoilTable, diagnostics);
     if (!bytes)
         return std::nullopt;
     FoundTable found { airfoil_lines(*bytes) };

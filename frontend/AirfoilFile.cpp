@@ -139,14 +139,14 @@ std::string table_text(const std::vector<std::string>& lines, std::size_t linesB
 bool finds_airfoil_table(const std::string& path)
 {
     Diagnostics ignored; // what is wrong with the file is reported by the command that is for it
-    const auto bytes = read_text(path, ignored);
+    const auto bytes = read_text(path, kAirfoilTable, ignored);
     return bytes && lines_before_table(airfoil_lines(*bytes)).has_value();
 }
 
 bool is_good_airfoil_table(const std::string& path)
 {
     Diagnostics faults; // told by the command that is for them
-    const auto bytes = read_text(path, faults);
+    const auto bytes = read_text(path, kAirfoilTable, faults);
     const auto lines = airfoil_lines(bytes.value_or(""));
     const auto before = lines_before_table(lines);
     if (before)

@@ -69,15 +69,15 @@ Fields body_source_fields(BodySource& source)
 void read_body_file(
     const std::string& path, const Place& place, Diagnostics& diagnostics, Facets& facets)
 {
-    const std::string expected = "an STL or OBJ file";
+    const std::string expected = kBodyFile.name;
     if (!has_ending(path, ".stl") && !has_ending(path, ".obj")) {
         diagnostics.error(place,
             "the ending of the body file " + path + " tells no form that is known",
             "a name that ends in .stl or .obj");
         return;
     }
-    if (!is_file(path)) {
-        diagnostics.error(place, "there is no body file " + path, expected);
+    if (const std::string lack = lack_of_file(path, "body file", kBodyFile); !lack.empty()) {
+        diagnostics.error(place, lack, expected);
         return;
     }
     const std::size_t before = facets.size();

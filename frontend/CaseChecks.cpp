@@ -18,6 +18,9 @@ namespace Frontend {
 
 namespace {
 
+/// Only the solver reads it.
+constexpr FileKind kRestartFile { "a restart file", std::numeric_limits<unsigned int>::max() };
+
 class Checks {
 public:
     Checks(const CaseTree& read, const std::string& directory, Diagnostics& diagnostics)
@@ -124,8 +127,10 @@ private:
         } else if (file.empty()) {
             if (!m_case.incomplete)
                 warn("case.restart", "a restart without \"restart_file\" starts from no file");
-        } else if (const std::string found = path_from(m_directory, file); !is_file(found)) {
-            fault("case.restart_file", "there is no restart file " + found,
+        } else if (const std::string lack
+                   = lack_of_file(path_from(m_directory, file), "restart file", kRestartFile);
+                   !lack.empty()) {
+            fault("case.restart_file", lack,
                 "a file that an earlier run has left, such as Restarts/CASE.new.Rst");
         }
     }
@@ -308,8 +313,8 @@ private:
         if (!sound(path))
             return;
         const std::string file = path_from(m_directory, name);
-        if (!is_file(file)) {
-            fault(path, "there is no airfoil table " + file, "a file in the fixed-column layout");
+        if (const auto lack = lack_of_file(file, "airfoil table", kAirfoilTable); !lack.empty()) {
+            fault(path, lack, "a file in the fixed-column layout");
             return;
         }
         quoted(path, name);

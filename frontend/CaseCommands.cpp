@@ -107,7 +107,7 @@ int build_case_command(const std::string& path, const std::string& output, bool 
 int show_case_command(const std::string& path, bool asJson)
 {
     Diagnostics diagnostics;
-    const auto bytes = read_text(path, diagnostics);
+    const auto bytes = read_text(path, kBinaryCase, diagnostics);
     if (!bytes) {
         diagnostics.print(std::cerr);
         return kBadInput;

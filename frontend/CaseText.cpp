@@ -40,7 +40,7 @@ std::optional<VRK::ControllerInput> read_case_text(
     const std::string& path, Diagnostics& diagnostics)
 {
     const std::string file = case_file(path);
-    const auto text = read_text(file, diagnostics);
+    const auto text = read_text(file, kReadableCase, diagnostics);
     return text ? case_of_text(*text, file, diagnostics) : std::nullopt;
 }
 
@@ -53,7 +53,7 @@ std::optional<VRK::ControllerInput> case_of_text(
     if (!tree)
         return std::nullopt;
     CaseTree read = read_case_tree(*tree, file, diagnostics);
-    check_case(read, directory_of(file), diagnostics);
+    check_case(read, directory_around(file), diagnostics);
     check_bodies(read, diagnostics);
     if (diagnostics.failed())
         return std::nullopt;

@@ -5,12 +5,17 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 namespace Frontend {
 
 /// What the command line asked for; its result is the exit status of the program.
 using Action = std::function<int()>;
+
+/// Makes the option's texts paths: where no shell has seen to a "~/", `from_home` does. The result
+/// is the option itself.
+CLI::Option* of_paths(CLI::Option* option);
 
 // Each adds one subcommand with its options to the program. When the command line names it, its
 // callback puts what is to be done into `chosen`; the action is run after all of the line has been

@@ -18,6 +18,13 @@ using Key = std::array<double, 3>;
 
 Key key_of(const Point& p) { return { p[0] + 0.0, p[1] + 0.0, p[2] + 0.0 }; } // -0.0 is 0.0
 
+/// Whether two of its corners are one, so that nothing is made of it.
+bool is_degenerate(const Tavro::Facet<double, 3, 3>& facet)
+{
+    return key_of(facet[0]) == key_of(facet[1]) || key_of(facet[1]) == key_of(facet[2])
+        || key_of(facet[2]) == key_of(facet[0]);
+}
+
 /// Triangles that are one only until their coordinates are rounded to six digits.
 std::size_t collapsing(const Facets& facets)
 {
@@ -27,12 +34,10 @@ std::size_t collapsing(const Facets& facets)
     };
     std::size_t count = 0;
     for (const auto& facet : facets) {
-        const bool whole = key_of(facet[0]) != key_of(facet[1])
-            && key_of(facet[1]) != key_of(facet[2]) && key_of(facet[2]) != key_of(facet[0]);
         const std::array corners { rounded(facet[0]), rounded(facet[1]), rounded(facet[2]) };
         const bool kept
             = corners[0] != corners[1] && corners[1] != corners[2] && corners[2] != corners[0];
-        count += whole && !kept ? 1U : 0U;
+        count += !is_degenerate(facet) && !kept ? 1U : 0U;
     }
     return count;
 }
@@ -194,6 +199,20 @@ std::string percent_text(double share)
 
 } // namespace
 
+std::string collapse_of(const Facets& facets)
+{
+    if (facets.empty() || !std::all_of(facets.begin(), facets.end(), is_degenerate))
+        return "";
+    const Key first = key_of(facets[0][0]);
+    const bool isPoint = std::all_of(facets.begin(), facets.end(), [&first](const auto& facet) {
+        return key_of(facet[0]) == first && key_of(facet[1]) == first && key_of(facet[2]) == first;
+    });
+    if (!isPoint)
+        return "has no surface: two corners of each of its triangles are one";
+    return "is a single point: all its corners lie at " + Tavro::NumToString(first[0]) + ", "
+        + Tavro::NumToString(first[1]) + ", " + Tavro::NumToString(first[2]);
+}
+
 void check_body(const LookedAtBody& body, Diagnostics& diagnostics)
 {
     const Facets& facets = *body.facets;
@@ -206,6 +225,10 @@ void check_body(const LookedAtBody& body, Diagnostics& diagnostics)
     }
     if (!is_finite(facets)) {
         warn("has coordinates that are no finite numbers");
+        return;
+    }
+    if (const std::string collapse = collapse_of(facets); !collapse.empty()) {
+        warn(collapse + "; at no level is anything left of it");
         return;
     }
     const std::string faults = edge_faults(facets);

@@ -24,9 +24,13 @@ struct LookedAtBody {
 /// Length of the cells of an approximate wetted surface: of the cube around all bodies.
 [[nodiscard]] double wetted_cell(const std::vector<const Facets*>& bodies, unsigned int level);
 
-/// Warns of what a grid cannot be made of: a body that leaks, that is thinner than its cells, whose
-/// unit of length is too small, or that is so far from the origin that the six digits of text files
-/// do not tell its corners apart.
+/// How a body with triangles has no surface, as the end of a sentence that it begins: all of it is
+/// one point, or each triangle has two corners that are one. Empty if it has a surface, or nothing.
+[[nodiscard]] std::string collapse_of(const Facets& facets);
+
+/// Warns of what a grid cannot be made of: a body without a surface, that leaks, that is thinner
+/// than its cells, whose unit of length is too small, or that is so far from the origin that the
+/// six digits of text files do not tell its corners apart.
 void check_body(const LookedAtBody& body, Diagnostics& diagnostics);
 
 /// The same for all bodies of a case, with the cells that it asks for. Nothing is said of what

@@ -7,6 +7,7 @@
 #include "frontend/models/BodyOfRevolution.h"
 #include "frontend/models/RobinBody.h"
 #include "frontend/models/SimpleAirfoil.h"
+#include "tavrobase/Surveillance.h"
 
 #include <bit>
 #include <filesystem>
@@ -136,8 +137,8 @@ int new_case_command(const std::string& directory, const std::string& example, b
         }
         std::cout << "wrote " << root << file.name << '\n';
     }
-    std::cout << "Next: look into " << root << "case.toml, then `vortik check " << directory
-              << "`.\n";
+    std::cout << "Next: look into " << root << "case.toml, then `vortik check "
+              << Tavro::typed_word(directory) << "`.\n";
     return kFinished;
 }
 

@@ -7,11 +7,11 @@
 #include "frontend/GeometryChecks.h"
 #include "frontend/SurfaceFigures.h"
 #include "frontend/TextFile.h"
-#include "frontend/ValueText.h"
 #include "geometry/SurfaceOutput.h"
 #include "geometry/TriangleCloud.h"
 #include "tavrobase/StringUtilities.h"
 
+#include <charconv>
 #include <cmath>
 #include <exception>
 #include <filesystem>
@@ -39,6 +39,31 @@ bool is_case(const std::vector<std::string>& bodies)
     return bodies.size() == 1 && is_case(bodies[0]);
 }
 
+/// A number as it is typed; nothing if it is none, or one that cannot be kept.
+template <typename Number>
+std::optional<Number> number_of(std::string_view text)
+{
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    Number number {};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool whole = error == std::errc {} && end == text.data() + text.size();
+    return whole ? std::optional(number) : std::nullopt;
+}
+
+/// The level that the command line asks for; nothing if it is none that can be served.
+std::optional<unsigned int> level_of(const std::string& text)
+{
+    const auto level = number_of<unsigned int>(text);
+    return level && *level <= kHighestWettedLevel ? level : std::nullopt;
+}
+
+std::optional<double> scale_of(const std::string& text)
+{
+    const auto scale = number_of<double>(text);
+    return scale && std::isfinite(*scale) && *scale > 0.0 ? scale : std::nullopt;
+}
+
 /// What the command line alone shows to be wrong.
 void check_options(const SurfaceOptions& options, Diagnostics& diagnostics)
 {
@@ -47,20 +72,22 @@ void check_options(const SurfaceOptions& options, Diagnostics& diagnostics)
             diagnostics.error({ body }, "a case is given together with something else",
                 "one case, or body files");
     }
+    if (options.level && !level_of(*options.level))
+        diagnostics.error({ "--level" }, "the level is " + *options.level,
+            "an integer from 0 to " + std::to_string(kHighestWettedLevel));
     if (!options.scale)
         return;
     if (is_case(options.bodies))
         diagnostics.error({ options.bodies[0] },
             "--scale is given for a case, each body of which has a \"scale\" of its own",
             "body files, or no --scale");
-    else if (!std::isfinite(*options.scale) || *options.scale <= 0.0)
-        diagnostics.error(
-            { "--scale" }, "the factor is " + number_text(*options.scale), "a number above 0");
+    else if (!scale_of(*options.scale))
+        diagnostics.error({ "--scale" }, "the factor is " + *options.scale, "a number above 0");
 }
 
 Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
 {
-    Input input { {}, options.level };
+    Input input { {}, options.level ? level_of(*options.level) : std::nullopt };
     if (is_case(options.bodies)) {
         Diagnostics checked; // a case is checked for its own cells, not for the ones asked for here
         const auto record = read_case_text(options.bodies[0], checked);
@@ -79,7 +106,7 @@ Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
         return input;
     }
     BodySource source;
-    source.scale = options.scale.value_or(1.0);
+    source.scale = options.scale ? scale_of(*options.scale).value_or(1.0) : 1.0;
     for (const std::string& path : options.bodies) {
         NamedFacets body { "this body", {} };
         read_body_file(path, { path }, diagnostics, body.facets);
@@ -215,8 +242,9 @@ int surface_command(const SurfaceOptions& options)
     if (!input.level && !diagnostics.failed())
         diagnostics.error({ options.bodies[0] }, "body files have no level of cells",
             "--level N, such as --level 6");
-    if (input.level > kHighestWettedLevel)
-        diagnostics.error({ options.bodies[0] }, "the level is " + std::to_string(*input.level),
+    if (input.level > kHighestWettedLevel) // of a case that is not checked
+        diagnostics.error({ case_file(options.bodies[0]) },
+            "the level is " + std::to_string(*input.level),
             "at most " + std::to_string(kHighestWettedLevel));
     if (diagnostics.failed())
         return bad_input(diagnostics);
@@ -224,9 +252,15 @@ int surface_command(const SurfaceOptions& options)
     diagnostics.print(std::cerr);
 
     Tavro::TriangleCloud cloud;
+    bool empty = true;
     for (const NamedFacets& body : input.bodies) {
-        for (const auto& facet : body.facets)
-            (void)cloud.AddTriangle(facet[0], facet[1], facet[2]); // degenerate ones drop out
+        for (const auto& facet : body.facets) // degenerate ones drop out
+            empty = cloud.AddTriangle(facet[0], facet[1], facet[2]) < 0 && empty;
+    }
+    if (empty) {
+        std::cerr << options.output << ": there is no surface to make; expected a body that has "
+                  << "one\n";
+        return kBadInput;
     }
     Tavro::RefPtr<Surface> surface;
     unsigned char normals = 0;
@@ -237,15 +271,15 @@ int surface_command(const SurfaceOptions& options)
         std::cerr << options.output << ": the surface cannot be made: " << error.what() << '\n';
         return kFailed;
     }
-    Diagnostics writing;
-    if (!write_surface(options.output, surface, normals, curvature, writing)) {
-        writing.print(std::cerr);
-        return kFailed;
-    }
     const SurfaceFigures figures = figures_of(*surface, curvature);
     if (figures.triangles == 0) {
         std::cerr << options.output << ": nothing is left of the bodies at level "
                   << Tavro::NumToString(*input.level) << "; a higher level has smaller cells\n";
+        return kFailed;
+    }
+    Diagnostics writing;
+    if (!write_surface(options.output, surface, normals, curvature, writing)) {
+        writing.print(std::cerr);
         return kFailed;
     }
     print_figures(options, *input.level, figures);

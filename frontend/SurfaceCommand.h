@@ -10,8 +10,8 @@ namespace Frontend {
 /// What `vortik surface` was asked for.
 struct SurfaceOptions {
     std::vector<std::string> bodies; ///< STL and OBJ files, or one case
-    std::optional<unsigned int> level; ///< a case has one of its own
-    std::optional<double> scale; ///< of body files; a case has its own
+    std::optional<std::string> level; ///< as typed; a case has one of its own
+    std::optional<std::string> scale; ///< as typed, of body files; a case has its own
     std::string output; ///< its ending says the form: p3d, stl or vtk
     bool force = false;
 };

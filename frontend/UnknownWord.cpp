@@ -73,18 +73,30 @@ std::string unknown_option(CLI::App& app, const std::string& word)
     return complaint(app, "option", word, names);
 }
 
-} // namespace
+/// The innermost command that the words name, and what is complained of in front of a question for
+/// help.
+struct Understood {
+    CLI::App* command;
+    std::string unknown = {};
+};
 
-std::string usage_complaint(
-    CLI::App& app, const std::vector<std::string>& words, const std::string& reason)
+bool asks_for_help(const CLI::App& command, const std::string& word)
+{
+    return word == "-h" || word == "--help"
+        || (word == "--version" && command.get_parent() == nullptr);
+}
+
+Understood understood(CLI::App& app, const std::vector<std::string>& words)
 {
     CLI::App* command = &app;
     for (auto word = words.begin(); word != words.end() && *word != "--"; ++word) {
+        if (asks_for_help(*command, *word))
+            break;
         if (word->starts_with("--")) {
             const std::string name = word->substr(0, word->find('='));
             const CLI::Option* option = command->get_option_no_throw(name);
             if (option == nullptr)
-                return unknown_option(*command, name);
+                return { command, unknown_option(*command, name) };
             const bool takesNext
                 = option->get_items_expected_max() > 0 && name.size() == word->size();
             if (takesNext && word + 1 != words.end())
@@ -92,12 +104,41 @@ std::string usage_complaint(
         } else if (!word->starts_with("-") && !commands_of(*command).empty()) {
             CLI::App* next = command_named(*command, *word);
             if (next == nullptr)
-                return unknown_command(*command, *word);
+                return { command, unknown_command(*command, *word) };
             command = next;
         }
     }
+    return { command };
+}
+
+/// The library's reason in our words. Its texts begin with the option, or name it before a "=".
+std::string reason_of(const CLI::ParseError& error)
+{
+    const std::string text = error.what();
+    const std::string kind = error.get_name();
+    if (kind == "ArgumentMismatch")
+        return text.substr(0, text.find(':'))
+            + (text.ends_with(" missing") ? " has no value" : " is given more than once");
+    const auto begin = text.find(": --");
+    if (kind == "ConversionError" && begin != std::string::npos)
+        return text.substr(begin + 2, text.find(" =") - begin - 2) + " takes no value";
+    return text;
+}
+
+} // namespace
+
+std::string unknown_word(CLI::App& app, const std::vector<std::string>& words)
+{
+    return understood(app, words).unknown;
+}
+
+std::string usage_complaint(
+    CLI::App& app, const std::vector<std::string>& words, const CLI::ParseError& error)
+{
+    CLI::App& command = *understood(app, words).command;
     // The library's word for a command is another one.
-    return advised(*command, commands_of(*command).empty() ? reason : "a command is required");
+    return advised(
+        command, commands_of(command).empty() ? reason_of(error) : "a command is required");
 }
 
 } // namespace Frontend

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/CaseCommands.h"
+#include "frontend/CaseFields.h"
 #include "frontend/Commands.h"
 #include "frontend/ExampleTexts.h"
 #include "frontend/ExitStatus.h"
@@ -15,6 +16,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Frontend {
 
@@ -48,7 +50,7 @@ void add_new_command(CLI::App& app, Action& chosen)
     auto options = std::make_shared<Options>();
     CLI::App* command = add_command(app, "new", "Make a directory with a case to start from",
         "vortik new robin --example robin");
-    command->add_option("DIR", options->path, "Directory of the case")->required();
+    of_paths(command->add_option("DIR", options->path, "Directory of the case"))->required();
     std::string names;
     for (const ExampleText& example : example_texts())
         names += (names.empty() ? "" : ", ") + example.name;
@@ -66,8 +68,8 @@ void add_check_command(CLI::App& app, Action& chosen)
     auto options = std::make_shared<Options>();
     CLI::App* command = add_command(app, "check", "Tell everything that is wrong with a case",
         "vortik check robin        # reads robin/case.toml");
-    command->add_option(
-        "CASE", options->path, "A readable case, or the directory of its case.toml");
+    of_paths(command->add_option(
+        "CASE", options->path, "A readable case, or the directory of its case.toml"));
     command->add_flag("--keys", options->flag, "List all keys that a case may have");
     command->callback([&chosen, options] {
         if (options->path.empty() && !options->flag)
@@ -83,9 +85,10 @@ void add_build_command(CLI::App& app, Action& chosen)
     auto options = std::make_shared<Options>();
     CLI::App* command = add_command(
         app, "build", "Make the binary case file of a case", "vortik build robin -o robin.bin");
-    command->add_option("CASE", options->path, "A readable case, or the directory of its case.toml")
+    of_paths(command->add_option(
+                 "CASE", options->path, "A readable case, or the directory of its case.toml"))
         ->required();
-    command->add_option("-o,--output", options->output, "File to write")->required();
+    of_paths(command->add_option("-o,--output", options->output, "File to write"))->required();
     add_force(*command, options);
     command->callback([&chosen, options] {
         chosen = [options] {
@@ -100,7 +103,7 @@ void add_show_command(CLI::App& app, Action& chosen)
     CLI::App* command = add_command(app, "show",
         "Print a binary case file as a readable case; building that gives the same bytes",
         "vortik show robin.bin > robin-again.toml");
-    command->add_option("FILE", options->path, "A binary case file")->required();
+    of_paths(command->add_option("FILE", options->path, "A binary case file"))->required();
     command->add_flag("--json", options->flag, "Print JSON, for other programs");
     command->callback([&chosen, options] {
         chosen = [options] { return show_case_command(options->path, options->flag); };
@@ -116,7 +119,7 @@ void add_airfoil_command(CLI::App& app, Action& chosen)
     auto checked = std::make_shared<Options>();
     CLI::App* check = add_command(*airfoil, "check", "Tell everything that is wrong with a table",
         "vortik airfoil check robin/naca0012.dat");
-    check->add_option("FILE", checked->path, "An airfoil table")->required();
+    of_paths(check->add_option("FILE", checked->path, "An airfoil table"))->required();
     check->callback([&chosen, checked] {
         chosen = [checked] { return airfoil_check_command(checked->path); };
     });
@@ -125,9 +128,9 @@ void add_airfoil_command(CLI::App& app, Action& chosen)
     CLI::App* clean = add_command(*airfoil, "clean",
         "Write a table without the lines in front of it, as a run does for itself",
         "vortik airfoil clean measured.dat -o naca0012.dat");
-    clean->add_option("FILE", cleaned->path, "An airfoil table")->required();
-    clean->add_option(
-        "-o,--output", cleaned->output, "File to write; .FILE beside the table if none is named");
+    of_paths(clean->add_option("FILE", cleaned->path, "An airfoil table"))->required();
+    of_paths(clean->add_option(
+        "-o,--output", cleaned->output, "File to write; .FILE beside the table if none is named"));
     add_force(*clean, cleaned);
     clean->callback([&chosen, cleaned] {
         chosen = [cleaned] {
@@ -143,16 +146,18 @@ void add_surface_command(CLI::App& app, Action& chosen)
         "Make the approximate wetted surface of bodies, and tell its figures",
         "vortik surface fuselage.stl pylon.stl --level 6 -o skin.vtk\n"
         "  vortik surface robin -o skin.vtk");
-    command
-        ->add_option("BODY", options->bodies,
-            "STL and OBJ files, or one readable case with its bodies and its level")
+    of_paths(command->add_option("BODY", options->bodies,
+                 "STL and OBJ files, or one readable case with its bodies and its level"))
         ->required();
-    command->add_option("--level", options->level,
-        "Level of the cells: 2^N of them along the longest side of all bodies");
-    command->add_option("--scale", options->scale, "Factor on the coordinates of body files");
     command
-        ->add_option(
-            "-o,--output", options->output, "File to write: .p3d, .stl, or .vtk for ParaView")
+        ->add_option("--level", options->level,
+            "Level of the cells, 0 to " + std::to_string(kHighestWettedLevel)
+                + ": 2^N of them along the longest side of all bodies")
+        ->type_name("N");
+    command->add_option("--scale", options->scale, "Factor on the coordinates of body files")
+        ->type_name("FACTOR");
+    of_paths(command->add_option(
+                 "-o,--output", options->output, "File to write: .p3d, .stl, or .vtk for ParaView"))
         ->required();
     command->add_flag("--force", options->force, "Replace a file that exists");
     command->callback(
@@ -193,10 +198,14 @@ int run_vortik(int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) // help was asked for, or the version
+        const std::vector<std::string> words { argv + std::min(argc, 1), argv + argc };
+        const bool answers = error.get_exit_code() == 0; // help was asked for, or the version
+        std::string complaint = unknown_word(app, words);
+        if (answers && complaint.empty())
             return end_of_output(app.exit(error));
-        std::cerr << usage_complaint(app, { argv + std::min(argc, 1), argv + argc }, error.what())
-                  << '\n';
+        if (complaint.empty())
+            complaint = usage_complaint(app, words, error);
+        std::cerr << complaint << '\n';
         return kBadInput;
     }
     return end_of_output(chosen());

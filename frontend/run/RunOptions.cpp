@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/Commands.h"
+#include "frontend/TextFile.h"
 #include "frontend/run/RunCommands.h"
 
 #include <CLI/CLI.hpp>
@@ -49,6 +50,8 @@ void add_json(CLI::App& command, bool& json)
 
 } // namespace
 
+CLI::Option* of_paths(CLI::Option* option) { return option->transform(from_home); }
+
 void add_run_command(CLI::App& app, Action& chosen)
 {
     auto options = std::make_shared<RunOptions>();
@@ -57,7 +60,8 @@ void add_run_command(CLI::App& app, Action& chosen)
                     "So does the end of the terminal, or of the pipe that it writes to.\n"
                     "Example:\n  vortik run robin")
             + kFollowing);
-    command->add_option("CASE", options->path, "A readable case, or the directory of its case.toml")
+    of_paths(command->add_option(
+                 "CASE", options->path, "A readable case, or the directory of its case.toml"))
         ->required();
     command->add_flag("--restart", options->restart,
         "Go on from the latest restart file instead of cleaning the results of the earlier run");
@@ -76,7 +80,7 @@ void add_watch_command(CLI::App& app, Action& chosen)
     CLI::App* command = add_command(app, "watch", "Show a run that is under way, to its end",
         std::string("Ctrl-C leaves the run to itself.\nExample:\n  vortik watch robin")
             + kFollowing);
-    command->add_option("RUN", options->path, "The directory of the run")->required();
+    of_paths(command->add_option("RUN", options->path, "The directory of the run"))->required();
     add_json(*command, options->json);
     command->callback([&chosen, options] {
         chosen = [options] { return watch_command(options->path, options->json); };
@@ -91,7 +95,7 @@ void add_stop_command(CLI::App& app, Action& chosen)
         std::string("Ctrl-C leaves the run to itself, which stops all the same.\n"
                     "Example:\n  vortik stop robin")
             + kStopping);
-    command->add_option("RUN", options->path, "The directory of the run")->required();
+    of_paths(command->add_option("RUN", options->path, "The directory of the run"))->required();
     add_json(*command, options->json);
     command->callback([&chosen, options] {
         chosen = [options] { return stop_command(options->path, options->json); };
@@ -104,7 +108,8 @@ void add_status_command(CLI::App& app, Action& chosen)
     CLI::App* command
         = add_command(app, "status", "Tell how a run stands, or all that are under way",
             std::string("Example:\n  vortik status robin") + kTelling);
-    command->add_option("RUN", options->path, "The directory of a run; all runs if none is named");
+    of_paths(command->add_option(
+        "RUN", options->path, "The directory of a run; all runs if none is named"));
     add_json(*command, options->json);
     command->callback([&chosen, options] {
         chosen = [options] { return status_command(options->path, options->json); };

@@ -2,6 +2,7 @@
 #include "frontend/run/RunStart.h"
 
 #include "case/CaseFile.h"
+#include "frontend/TextFile.h"
 #include "frontend/run/Cleaning.h"
 #include "frontend/run/EarlierRun.h"
 #include "frontend/run/LogEnds.h"
@@ -29,7 +30,8 @@ std::string completion_file(const std::string& root, const std::string& given)
 {
     if (given.empty())
         return usual_completion_file(root);
-    return Tavro::IsRooted(given) ? given : root + "/" + given;
+    const std::string path = from_home(given); // as the controller reads it
+    return Tavro::IsRooted(path) ? path : root + "/" + path;
 }
 
 std::string use_restart(VRK::ControllerInput& input, const std::string& root)
@@ -61,6 +63,13 @@ std::string program_directory()
 std::optional<PreparedRun> prepare_run(
     const std::string& caseFile, VRK::ControllerInput input, bool restart, std::string& reason)
 {
+    std::error_code error;
+    if (fs::is_other(fs::status(Tavro::SystemPath(caseFile), error))) {
+        reason = "a run needs a case that is a file in the directory of the run; a pipe or a "
+                 "device lies in none: "
+            + caseFile;
+        return std::nullopt;
+    }
     const auto root = run_root(caseFile);
     if (!root) {
         reason = "a run needs a directory of its own, below the top of the file system";
@@ -72,7 +81,9 @@ std::optional<PreparedRun> prepare_run(
     }
     // The controller is given the path as text, in which these characters are special to it.
     if (Tavro::FilePath(binary_case(*root)).Get() != binary_case(*root)) {
-        reason = "a run cannot be in a directory whose path has \"~\" or a backslash: " + *root;
+        reason = "a run cannot be in a directory whose path has \"~\", which is HOME to the "
+                 "controller, or a backslash: "
+            + *root;
         return std::nullopt;
     }
     PreparedRun run { *root, *root + "/" + Tavro::PathText(Tavro::SystemPath(caseFile).filename()),
@@ -83,7 +94,6 @@ std::optional<PreparedRun> prepare_run(
             + std::to_string(VRK::kLongestCompletionPath) + " bytes: " + run.completionFile;
         return std::nullopt;
     }
-    std::error_code error;
     if (!fs::is_directory(Tavro::SystemPath(run.completionFile).parent_path(), error)) {
         reason = "there is no directory for the completion file " + run.completionFile;
         return std::nullopt;

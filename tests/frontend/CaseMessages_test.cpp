@@ -346,6 +346,15 @@ TEST(CaseMessages, ABodyThatLeaksIsWarnedOf)
         "larger than a cell air leaks in, and the wetted surface comes out as an open sheet\n");
 }
 
+TEST(CaseMessages, ABodyThatIsASinglePointIsWarnedOf)
+{
+    EXPECT_EQ(messages(kPlainCase
+                  + "[[body]]\nid = 2\nlevel = 1\n"
+                    "facets = [[1, 2, -0.0, 1, 2, 0, 1, 2, 0], [1, 2, 0, 1, 2, 0, 1, 2, 0]]\n"),
+        "case.toml:25:1: warning: body 2 is a single point: all its corners lie at 1, 2, 0; at no "
+        "level is anything left of it\n");
+}
+
 TEST(CaseMessages, AMessageStaysInItsLine)
 {
     EXPECT_EQ(messages(plain_case_with("\"velocity\"", "\"a\\nb\\u007Fc\"")),

@@ -82,9 +82,10 @@ TEST(CaseNames, ADeviceOrPipeIsNoFileToReadFrom)
     Testing::make_pipe(directory.path("pipe.stl"));
     const auto outcome = Testing::run_vortik(directory.path(), { "check", "case.toml" });
     EXPECT_EQ(outcome.err,
-        "case.toml:31:21: there is no airfoil table pipe.stl; expected a file in the fixed-column "
-        "layout\n"
-        "case.toml:35:8: there is no body file pipe.stl; expected an STL or OBJ file\n"
+        "case.toml:31:21: the airfoil table pipe.stl is a pipe or a device; expected a file in the "
+        "fixed-column layout\n"
+        "case.toml:35:8: the body file pipe.stl is a pipe or a device; expected an STL or OBJ "
+        "file\n"
         "case.toml: 2 errors\n");
 }
 

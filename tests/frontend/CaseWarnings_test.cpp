@@ -65,7 +65,7 @@ TEST(CaseWarnings, ARotorWhoseDiskReachesOutOfTheDomain)
         text.replace(text.find("center = [0, 0, 0]"), 18, "center = [0, 0, 5]");
         text.replace(text.find("radius = 1"), 10, "radius = 8");
         const std::string said = messages(text);
-        return said.find(":28:1: warning: the rotor's disk reaches out of the domain\n")
+        return said.find(":28:10: warning: the rotor's disk reaches out of the domain\n")
             != std::string::npos;
     };
     EXPECT_FALSE(warned(""));
@@ -93,10 +93,10 @@ TEST(CaseWarnings, RadiiBeyondTheBladeAndNamesThatEndInTheirCard)
     std::ostringstream reported;
     diagnostics.print(reported);
     EXPECT_EQ(reported.str(),
-        "case.toml:2:1: warning: " + card + "case.toml:26:1: warning: " + card
-            + "case.toml:31:1: warning: r/R of \"output_radii\" is not from 0 to 1\n"
-              "case.toml:33:1: warning: r/R of \"chord\" is not from 0 to 1\n"
-              "case.toml:34:14: warning: "
+        "case.toml:2:8: warning: " + card + "case.toml:26:8: warning: " + card
+            + "case.toml:31:16: warning: r/R of \"output_radii\" is not from 0 to 1\n"
+              "case.toml:33:9: warning: r/R of \"chord\" is not from 0 to 1\n"
+              "case.toml:34:21: warning: "
             + card);
 }
 
@@ -110,8 +110,8 @@ TEST(CaseWarnings, BoxesWithoutAnInside)
           "second_boxes = [[0, 0, 0, 1, 1, -1]]\n";
     const std::string empty = "the box is empty: its upper corner is below the lower one along ";
     EXPECT_EQ(messages(text),
-        "case.toml:27:1: warning: " + empty + "y\ncase.toml:35:1: warning: " + empty
-            + "z\ncase.toml:38:1: warning: " + empty + "x\ncase.toml:39:1: warning: " + empty
+        "case.toml:27:9: warning: " + empty + "y\ncase.toml:35:9: warning: " + empty
+            + "z\ncase.toml:38:9: warning: " + empty + "x\ncase.toml:39:16: warning: " + empty
             + "z\n");
 }
 
