@@ -179,6 +179,8 @@ std::string toml_text(const Value& tree)
     if (!tree.comment.empty())
         text += "# " + tree.comment + "\n";
     append_table(text, "", tree);
+    if (text.starts_with('\n')) // before the first table
+        text.erase(0, 1);
     return text;
 }
 

@@ -12,10 +12,12 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Frontend {
@@ -179,7 +181,7 @@ int end_of_output(int status)
 int run_vortik(int argc, char** argv)
 {
     CLI::App app("Readable cases in, supervised runs out.", "vortik");
-    app.set_version_flag("--version", "vortik " VORTIK_VERSION);
+    app.set_version_flag("-V,--version", "vortik " VORTIK_VERSION);
     app.require_subcommand(1);
     app.footer(
         "Example:\n  vortik check robin\n\n`vortik COMMAND --help` tells more of a command.");
@@ -211,6 +213,26 @@ int run_vortik(int argc, char** argv)
     return end_of_output(chosen());
 }
 
+/// The words of the command line; "help run", as other programs have it, as "run --help".
+std::vector<char*> words_of(int argc, char** argv)
+{
+    static std::array<char, 7> help { "--help" };
+    std::vector<char*> words(argv, argv + argc);
+    if (argc > 1 && std::string_view(argv[1]) == "help") {
+        words.erase(words.begin() + 1);
+        words.push_back(help.data());
+    }
+    words.push_back(nullptr);
+    return words;
+}
+
+/// Whether a word is empty, as a variable of a script is that nobody has set.
+bool has_empty_word(const std::vector<char*>& words)
+{
+    return std::any_of(words.begin(), words.end(),
+        [](const char* word) { return word != nullptr && *word == '\0'; });
+}
+
 } // namespace
 
 } // namespace Frontend
@@ -219,7 +241,12 @@ int main(int argc, char** argv)
 {
     Tavro::open_missing_standard_streams();
     try {
-        return Frontend::run_vortik(argc, argv);
+        std::vector<char*> words = Frontend::words_of(argc, argv);
+        if (Frontend::has_empty_word(words)) {
+            std::cerr << "vortik: an argument is empty, as if from a variable that is not set\n";
+            return Frontend::kBadInput;
+        }
+        return Frontend::run_vortik(argc, words.data());
     } catch (const std::exception& error) {
         std::cerr << "vortik: " << error.what() << '\n';
         return Frontend::kFailed;

@@ -173,6 +173,8 @@ TEST_F(CaseCommands, ShowGivesATextThatBuildsTheSameBytes)
     const auto shown = run({ "show", "plain.bin" });
     EXPECT_EQ(shown.status, 0);
     EXPECT_EQ(shown.err, "");
+    EXPECT_TRUE(shown.out.starts_with("rotor = [] # rotors, in the order of the rotor card\n\n"
+                                      "# what is run, and how\n[case]\n"));
     EXPECT_NE(shown.out.find("\nname = \"plain\" # stem of every card and result file\n"),
         std::string::npos);
     write("again.toml", shown.out);

@@ -83,6 +83,29 @@ TEST(CommandLine, WhatIsUnknownIsToldWithWhatWasLikelyMeant)
         "--help` tells what there is\nstatus 2");
 }
 
+TEST(CommandLine, HelpAndVersionMayBeAskedForAsInOtherPrograms)
+{
+    EXPECT_EQ(run_vortik("/", { "--help" }).out.substr(0, 5), "Reada");
+    EXPECT_EQ(run_vortik("/", { "help" }).out, run_vortik("/", { "--help" }).out);
+    EXPECT_EQ(run_vortik("/", { "help", "run" }).out, run_vortik("/", { "run", "--help" }).out);
+    EXPECT_EQ(run_vortik("/", { "help", "airfoil", "clean" }).out,
+        run_vortik("/", { "airfoil", "clean", "--help" }).out);
+    EXPECT_TRUE(run_vortik("/", { "-V" }).out.starts_with("vortik "));
+    EXPECT_EQ(run_vortik("/", { "-V" }).out, run_vortik("/", { "--version" }).out);
+}
+
+TEST(CommandLine, AnEmptyArgumentIsRefused)
+{
+    for (const auto& words : std::vector<std::vector<std::string>> {
+             { "" }, { "run", "" }, { "status", "" }, { "build", "case", "-o", "" } }) {
+        const auto outcome = run_vortik("/", words);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(
+            outcome.err, "vortik: an argument is empty, as if from a variable that is not set\n");
+    }
+}
+
 TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
 {
     if (!Testing::file_exists("/dev/full"))

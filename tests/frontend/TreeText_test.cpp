@@ -73,6 +73,15 @@ id = -2
 )");
 }
 
+TEST(TreeText, ATreeOfTablesBeginsInItsFirstLine)
+{
+    Value tree = Value::table();
+    Value& table = tree.add("grid", Value::table());
+    table.comment = "the grid";
+    table.add("on", Value::of_boolean(true));
+    EXPECT_EQ(Frontend::toml_text(tree), "# the grid\n[grid]\non = true\n");
+}
+
 TEST(TreeText, ATreeBecomesJson)
 {
     Value tree = Value::table();
