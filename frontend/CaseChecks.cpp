@@ -63,6 +63,12 @@ private:
     void files()
     {
         name();
+        if (m_record.m_nThreads > 1 && m_record.m_shtParallelMode != 1
+            && sound("case.threads", "case.parallel"))
+            warn("case.threads", R"("threads" has no effect: "parallel" is not "threads")");
+        if (m_record.m_grid.m_bPrisms && !m_record.m_grid.m_bHybrid
+            && sound("grid.prisms", "grid.hybrid"))
+            warn("grid.prisms", R"("prisms" has no effect: "hybrid" is not on)");
         path("case.completion_file", m_record.m_fpCompletionFile.Get());
         path("grid.viscous_file", m_record.m_grid.m_fpViscInput.Get());
         if (m_record.m_fpCompletionFile.Get().size() > VRK::kLongestCompletionPath)

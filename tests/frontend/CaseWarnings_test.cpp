@@ -115,6 +115,18 @@ TEST(CaseWarnings, BoxesWithoutAnInside)
             + "z\n");
 }
 
+TEST(CaseWarnings, ThreadsOfSerialProgramsAndPrismsOfOtherGrids)
+{
+    std::string text = Testing::plain_case_with(
+        "name = \"plain\"", "name = \"plain\"\nthreads = 8\nparallel = \"threads\"");
+    EXPECT_EQ(messages(text), "");
+    text.replace(text.find("\"threads\""), 9, "\"serial\"");
+    text.replace(text.find("cells ="), 7, "prisms = true\ncells =");
+    EXPECT_EQ(messages(text),
+        "case.toml:3:11: warning: \"threads\" has no effect: \"parallel\" is not \"threads\"\n"
+        "case.toml:9:10: warning: \"prisms\" has no effect: \"hybrid\" is not on\n");
+}
+
 TEST(CaseWarnings, MoreStepsThanAreCounted)
 {
     const std::string layer = "[[time.layer]]\nduration = 1\nsteps = ";
