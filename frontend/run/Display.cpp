@@ -92,10 +92,12 @@ void Display::show(const Progress& progress)
     if (m_kind == Kind::Live && newStep) {
         wipe_live_line();
         if (m_hasShown)
-            *m_out << step_name(m_last.step) << ": done after " << elapsed() << std::endl;
+            tell_step_done();
     }
-    if (newStep)
+    if (newStep) {
         m_stepBegan = std::chrono::steady_clock::now();
+        m_beginIsSeen = m_beginIsSeen || m_hasShown;
+    }
     m_last = progress;
     m_hasShown = true;
     switch (m_kind) {
@@ -118,12 +120,21 @@ void Display::end(bool lastStepDone)
 {
     wipe_live_line();
     if (m_kind == Kind::Live && m_hasShown && lastStepDone)
-        *m_out << step_name(m_last.step) << ": done after " << elapsed() << std::endl;
+        tell_step_done();
     m_hasShown = false;
+}
+
+void Display::tell_step_done()
+{
+    const std::string time = elapsed();
+    *m_out << step_name(m_last.step) << ": done" << (time.empty() ? "" : " after ") << time
+           << std::endl;
 }
 
 std::string Display::elapsed() const
 {
+    if (!m_beginIsSeen)
+        return "";
     const auto time = std::chrono::steady_clock::now() - m_stepBegan;
     return duration_text(std::chrono::duration_cast<std::chrono::seconds>(time).count());
 }

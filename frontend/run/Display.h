@@ -25,6 +25,9 @@ public:
     Display(Display&&) = delete;
     Display& operator=(Display&&) = delete;
 
+    /// The run begins now. Of a run that has begun before, nobody knows for how long its first step
+    /// that is shown has been running.
+    void begin_run() { m_beginIsSeen = true; }
     /// Something that has happened. `members` are more members of the JSON object, each with a
     /// comma before it.
     void tell(const std::string& event, const std::string& text, const std::string& members = "");
@@ -40,6 +43,8 @@ private:
     void pass_on_notices(bool toTheLast = false);
     void wipe_live_line();
     void draw_live_line();
+    void tell_step_done();
+    /// Of the step; empty if that is not known.
     [[nodiscard]] std::string elapsed() const;
 
     Kind m_kind;
@@ -48,6 +53,7 @@ private:
     std::unique_ptr<std::ostream> m_out;
     Progress m_last;
     bool m_hasShown = false;
+    bool m_beginIsSeen = false; ///< of the step that is shown
     std::string m_drawn; ///< the live line as it stands; empty if there is none
     std::chrono::steady_clock::time_point m_stepBegan;
 };

@@ -130,6 +130,7 @@ int run_command(const RunOptions& options)
         return kFailed;
     claim.reset(); // what is remembered of the run keeps others away from now on
     tell_start(*run, *prepared, display);
+    display.begin_run();
     if (options.detach)
         return detach_from(*run, display, signals);
     return follow_run(*run, display, signals, OnInterrupt::Stop);

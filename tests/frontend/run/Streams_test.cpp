@@ -8,6 +8,7 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <regex>
 #include <sstream>
@@ -190,38 +191,66 @@ int sit_at_terminal()
     return ::dup2(its, 1) == 1 && ::dup2(its, 2) == 2 ? ours : -1;
 }
 
-TEST(LiveLine, MakesWayForWhatAThreadOfALibraryWrites)
+/// What a display writes to a terminal while that happens, with "N s" for all times.
+std::string shown_on_terminal(const std::function<void(Frontend::Display&)>& happens)
 {
-    const auto outcome = Testing::run_isolated([] {
+    const auto outcome = Testing::run_isolated([&happens] {
         ::setenv("TERM", "xterm", 1);
         const int report = ::dup(2);
         const int terminal = sit_at_terminal();
         {
             Frontend::Display display(false);
-            Frontend::Progress progress;
-            progress.step = 4;
-            display.show(progress);
-            std::thread([] { std::cout << "WARNING: half "; }).join();
-            display.tell("said", "said.");
-            std::thread([] { std::cout << "a line (" << 31 << ")" << std::endl; }).join();
-            display.show(progress);
-            std::cout << "the last";
+            happens(display);
         }
-        std::cout << " end" << std::flush;
+        std::cout << "\r\nend" << std::flush;
         std::string shown;
-        while (!shown.ends_with(" end")) {
-            char byte = 0;
-            if (::read(terminal, &byte, 1) != 1)
-                break;
+        for (char byte = 0; !shown.ends_with("\nend") && ::read(terminal, &byte, 1) == 1;)
             shown += byte;
-        }
         (void)!::write(report, shown.data(), shown.size());
     });
     static const std::regex seconds("[0-9]+ s");
+    return std::regex_replace(outcome.err, seconds, "N s");
+}
+
+Frontend::Progress at_step(int step)
+{
+    Frontend::Progress progress;
+    progress.step = step;
+    return progress;
+}
+
+TEST(LiveLine, MakesWayForWhatAThreadOfALibraryWrites)
+{
+    const std::string shown = shown_on_terminal([](Frontend::Display& display) {
+        display.begin_run();
+        display.show(at_step(4));
+        std::thread([] { std::cout << "WARNING: half "; }).join();
+        display.tell("said", "said.");
+        std::thread([] { std::cout << "a line (" << 31 << ")" << std::endl; }).join();
+        display.show(at_step(4));
+        std::cout << "the last";
+    });
     // Half a line waits for its other half, or for the display's end.
-    EXPECT_EQ(std::regex_replace(outcome.err, seconds, "N s"),
+    EXPECT_EQ(shown,
         "\r\x1b[Kextractor, N s\r\x1b[Ksaid.\r\n\r\x1b[Kextractor, N s\r\x1b[KWARNING: half a line "
-        "(31)\r\n\r\x1b[Kextractor, N s\r\x1b[Kthe last end");
+        "(31)\r\n\r\x1b[Kextractor, N s\r\x1b[Kthe last\r\r\nend");
+}
+
+TEST(LiveLine, TellsNoTimeOfAStepWhoseBeginNobodyHasSeen)
+{
+    const std::string shown = shown_on_terminal([](Frontend::Display& display) {
+        display.show(at_step(4));
+        display.show(at_step(5));
+        display.end(true);
+    });
+    EXPECT_EQ(shown,
+        "\r\x1b[Kextractor\r\x1b[Kextractor: done\r\n\r\x1b[Kpre-calculation, N s\r\x1b[K"
+        "pre-calculation: done after N s\r\n\r\r\nend");
+    const std::string alone = shown_on_terminal([](Frontend::Display& display) {
+        display.show(at_step(7));
+        display.end(true);
+    });
+    EXPECT_EQ(alone, "\r\x1b[Ksolver\r\x1b[Ksolver: done\r\n\r\r\nend");
 }
 
 } // namespace
