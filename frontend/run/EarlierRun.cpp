@@ -79,6 +79,20 @@ std::optional<RestartPoint> latest_restart(const std::string& root, const std::s
     return latest;
 }
 
+bool is_adaptation_cut_off(const std::string& root, const std::string& caseName)
+{
+    // An adaptation keeps the restart file from before it, replaces the grid and writes a restart
+    // file that fits it.
+    std::error_code error;
+    const auto point = latest_restart(root, caseName);
+    if (!point
+        || !fs::exists(Tavro::SystemPath(root + "/Restarts/" + caseName + ".old.Rst"), error))
+        return false;
+    const auto grid
+        = fs::last_write_time(Tavro::SystemPath(root + "/Grid_Output/VRK.grid.dat"), error);
+    return !error && grid > fs::last_write_time(Tavro::SystemPath(point->file), error) && !error;
+}
+
 bool is_program(const std::string& path)
 {
     std::error_code error;

@@ -18,9 +18,13 @@ struct RestartPoint {
     std::string file;
     std::uint32_t step;
 };
-/// The latest restart file of the case that fits the grid as it stands.
+/// The latest restart file of the case that fits the grid as it stands, unless an adaptation was cut
+/// off.
 [[nodiscard]] std::optional<RestartPoint> latest_restart(
     const std::string& root, const std::string& caseName);
+/// Whether a run ended while it adapted its grid, after that had been replaced: the latest restart
+/// file belongs to the grid before.
+[[nodiscard]] bool is_adaptation_cut_off(const std::string& root, const std::string& caseName);
 
 /// Whether there is a file that can be started.
 [[nodiscard]] bool is_program(const std::string& path);

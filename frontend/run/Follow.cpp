@@ -61,6 +61,14 @@ void tell_restart(const std::string& root, const RunRecord& record, Display& dis
     const auto point = latest_restart(root, record.caseName);
     if (!point)
         return;
+    if (is_adaptation_cut_off(root, record.caseName)) {
+        display.tell("no_restart",
+            "The grid was just being adapted, and the restart file of step "
+                + std::to_string(point->step)
+                + " belongs to the grid before that: --restart cannot go on from it.",
+            "," + json_member("step_number", static_cast<long long>(point->step)));
+        return;
+    }
     display.tell("restart",
         "`vortik run " + Tavro::typed_word(record.caseFile) + " --restart` goes on from step "
             + std::to_string(point->step) + ".",

@@ -2,6 +2,7 @@
 #include "frontend/CaseText.h"
 #include "frontend/ExitStatus.h"
 #include "frontend/run/Cleaning.h"
+#include "frontend/run/EarlierRun.h"
 #include "frontend/run/Follow.h"
 #include "frontend/run/Json.h"
 #include "frontend/run/Obstacles.h"
@@ -112,6 +113,13 @@ int run_command(const RunOptions& options)
         return complain(links.complaint(), kFailed);
     if (reason = obstacle(*prepared, options.force); !reason.empty())
         return complain(reason, kBadInput);
+    if (options.restart && !options.force
+        && is_adaptation_cut_off(prepared->root, prepared->input.m_strCaseName))
+        return complain("the run in " + prepared->root + " ended while it adapted its grid, and "
+                + prepared->input.m_strRestartFile
+                + " belongs to the grid before that. Begin a new run without --restart; --force "
+                  "goes on all the same",
+            kBadInput);
     if (reason = lack_of_programs(*prepared); !reason.empty())
         return complain(reason, kFailed);
     if (reason = links.lack_of_room(); !reason.empty())

@@ -283,6 +283,35 @@ TEST(EarlierRun, LatestRestartIsTheYoungestThatFitsTheGrid)
     EXPECT_EQ(latest_restart(home.path(), "a")->step, 6U);
 }
 
+TEST(EarlierRun, AnAdaptationIsCutOffWhileTheGridIsNewerThanItsRestartFile)
+{
+    const Testing::TemporaryDirectory home;
+    for (const char* directory : { "Restarts", "Grid_Output" })
+        Testing::make_directory(home.path(directory));
+    const auto write = [&](const std::string& name, int minutesAgo) {
+        Testing::write_file(home.path(name), std::string(40, '\1'));
+        std::filesystem::last_write_time(home.path(name),
+            std::filesystem::file_time_type::clock::now() - std::chrono::minutes(minutesAgo));
+    };
+    const auto cut_off = [&] { return is_adaptation_cut_off(home.path(), "a"); };
+    EXPECT_FALSE(cut_off());
+    write("Grid_Output/VRK.grid.dat", 9);
+    write("Restarts/a.Rst", 8);
+    EXPECT_FALSE(cut_off());
+    write("Restarts/a.old.Rst", 7); // before the adaptation
+    EXPECT_FALSE(cut_off());
+    write("Grid_Output/VRK.grid.dat", 6);
+    EXPECT_TRUE(cut_off());
+    write("Restarts/a.new.Rst", 5); // fitted to the new grid
+    EXPECT_FALSE(cut_off());
+    write("Restarts/a.Rst", 4);
+    EXPECT_FALSE(cut_off());
+    // A grid of a run without adaptations may be newer than a file that somebody has put there.
+    std::filesystem::remove(home.path("Restarts/a.old.Rst"));
+    write("Grid_Output/VRK.grid.dat", 3);
+    EXPECT_FALSE(cut_off());
+}
+
 TEST(EarlierRun, MissesTheProgramsThatTheKindOfRunNeeds)
 {
     const TemporaryDirectory home;

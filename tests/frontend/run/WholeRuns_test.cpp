@@ -169,6 +169,29 @@ TEST_F(WholeRun, OfAnExampleIsFollowedByOneWithAnotherSpeedOfItsRotor)
     EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: finished\nstatus 0\n");
 }
 
+TEST_F(WholeRun, ThatIsStoppedWithAGridThatHasNoRestartFileYetIsNotGoneOnWith)
+{
+    const std::string root = make_root("robin");
+    EXPECT_EQ(VortikProcess({ "new", root, "--example", "robin-adaptive" }).ends(), 0);
+    auto setting = pace(0);
+    // The first grid takes two starts, the third one adapts it, and here the fourth one measures.
+    setting.environment["VORTIK_STANDIN_RECORD"] = m_directory.path("starts");
+    setting.environment["VORTIK_STANDIN_FAULT"] = "TreeGen@4:slow";
+    VortikProcess run({ "run", root }, setting);
+    EXPECT_TRUE(run.writes("\nadapted grid: metrics\n"));
+    ASSERT_EQ(::kill(run.pid(), SIGTERM), 0);
+    EXPECT_EQ(run.ends(), 3);
+    const std::string said = tidy(run.output(), root);
+    EXPECT_TRUE(said.ends_with("\nStopped, at: adapted grid: metrics.\nThe grid was just being "
+                               "adapted, and the restart file of step 36 belongs to the grid "
+                               "before that: --restart cannot go on from it.\n"))
+        << said;
+    EXPECT_EQ(tidy(all_of({ "run", root, "--restart" }), root),
+        "vortik: the run in DIR ended while it adapted its grid, and "
+        "DIR/Restarts/robin_adaptive.Rst belongs to the grid before that. Begin a new run without "
+        "--restart; --force goes on all the same\nstatus 2\n");
+}
+
 TEST_F(WholeRun, OnATerminalTheLiveLineFitsAndCtrlCStopsTheRunAndRestartGoesOn)
 {
     const std::string root = make_case("terminal", 1000);
