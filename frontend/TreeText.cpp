@@ -36,7 +36,7 @@ std::string escaped(std::string_view text, bool manyLines)
     return result;
 }
 
-std::string quoted(std::string_view text)
+std::string in_quotes(std::string_view text)
 {
     const bool manyLines = std::count(text.begin(), text.end(), '\n') > 1;
     // The line end behind the opening quotes is not part of the text.
@@ -153,7 +153,7 @@ std::string toml_value(const Value& value)
     std::string text;
     switch (value.kind) {
     case Kind::Text:
-        return quoted(value.text);
+        return in_quotes(value.text);
     case Kind::Integer:
         return std::to_string(value.integer);
     case Kind::Number:
