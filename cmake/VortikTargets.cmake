@@ -1,6 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
 # One call per folder: its library, its tests, its benchmark, its fuzz target.
 
+set(VORTIK_COMMON_HEADERS
+  <algorithm> <array> <charconv> <cmath> <cstdint> <filesystem> <fstream> <functional> <iostream>
+  <limits> <map> <memory> <mutex> <optional> <sstream> <string> <string_view> <thread> <vector>)
+
 # vortik_add_folders(BASE folder...)
 # Those of the folders below BASE that have something to build, in their order.
 function(vortik_add_folders base)
@@ -11,16 +15,38 @@ function(vortik_add_folders base)
   endforeach()
 endfunction()
 
-# vortik_library(NAME SOURCES source... [USES library...])
-# The static library of the folder that calls it. What a folder may use is checked by a test.
+# vortik_precompile(NAME)
+# Where VORTIK_PRECOMPILE_LIBRARIES says so, lets the sources of a library begin with what most of them
+# include, read by the compiler once. Each still includes what it uses: other presets compile it alone.
+function(vortik_precompile name)
+  if(NOT VORTIK_PRECOMPILE_LIBRARIES)
+    return()
+  endif()
+  if(NOT TARGET library_headers)
+    add_library(library_headers STATIC "${PROJECT_SOURCE_DIR}/cmake/Precompiled.cpp")
+    target_link_libraries(library_headers PRIVATE vortik_compile)
+    target_precompile_headers(library_headers PRIVATE ${VORTIK_COMMON_HEADERS})
+  endif()
+  target_precompile_headers(${name} REUSE_FROM library_headers)
+  # What is read so loses its mark of a system's header, and g++ 12 warns of sums of strings in it.
+  target_compile_options(${name} PRIVATE
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread>)
+endfunction()
+
+# vortik_library(NAME SOURCES source... [USES library...] [PLAIN])
+# The static library of the folder that calls it. What a folder may use is checked by a test. Of a PLAIN one
+# nothing is ever precompiled.
 function(vortik_library name)
-  cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(arg "PLAIN" "" "SOURCES;USES" ${ARGN})
   add_library(${name} STATIC ${arg_SOURCES})
   add_library(Vortik::${name} ALIAS ${name})
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vortik>)
   target_link_libraries(${name} PUBLIC vortik_compile ${arg_USES})
+  if(NOT arg_PLAIN)
+    vortik_precompile(${name})
+  endif()
   set_property(GLOBAL APPEND PROPERTY VORTIK_LIBRARIES ${name})
   file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
   set_property(GLOBAL APPEND PROPERTY VORTIK_FOLDERS ${folder})
@@ -69,7 +95,7 @@ function(vortik_test name)
   endif()
   if(VORTIK_TESTS_BY_PROGRAM)
     add_test(NAME ${name} COMMAND ${name} ${arg_FILTER})
-    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600
+    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 1800
       ENVIRONMENT "USER=vortik-test-${name}") # objects of the user are then the program's own
     return()
   endif()
