@@ -248,7 +248,8 @@ std::vector<Results> cards_to_be_replaced(
     const std::string& root, const VRK::ControllerInput& input)
 {
     const std::string& name = input.m_strCaseName;
-    const bool adaptive = input.m_adapt.m_bAdaptive && (input.m_bRestart || !input.m_bGridOnly);
+    const bool solves = input.m_bRestart || !input.m_bGridOnly;
+    const bool adaptive = input.m_adapt.m_bAdaptive && solves;
     std::vector<std::string> cards;
     std::vector<Results> results;
     if (!input.m_bRestart || adaptive) {
@@ -267,12 +268,12 @@ std::vector<Results> cards_to_be_replaced(
             grid.emplace_back("ex_grid_struct_map.dat");
         add_if_there(root, "Grid_Output", grid, results);
         cards.emplace_back("ParmFlw.h"); // of the grid generator
-        if (!input.m_bGridOnly || input.m_bRestart)
+        if (solves)
             cards.emplace_back("BndCnd.dat");
-        if ((!input.m_bGridOnly || input.m_bRestart) && !input.m_vecRotors.empty())
+        if (solves && !input.m_vecRotors.empty())
             cards.insert(cards.end(), { name + ".SlvrRot", name + ".RtrGeom", "ParmRtr.h" });
     }
-    if (!input.m_bGridOnly || input.m_bRestart) {
+    if (solves) {
         cards.insert(
             cards.end(), { name + ".SlvrMain", name + "_moment_table.dat", name + ".Tgrid" });
         if (input.m_bFlagMan)
