@@ -114,7 +114,7 @@ Understood understood(CLI::App& app, const std::vector<std::string>& words)
 /// The library's reason in our words. Its texts begin with the option, or name it before a "=".
 std::string reason_of(const CLI::ParseError& error)
 {
-    const std::string text = error.what();
+    std::string text = error.what();
     const std::string kind = error.get_name();
     if (kind == "ArgumentMismatch")
         return text.substr(0, text.find(':'))

@@ -69,6 +69,14 @@ std::optional<std::string> bytes_of(const std::string& path)
     return bytes.str();
 }
 
+/// Whether a file has just these bytes. One of another size, however large, is not read.
+bool holds(const std::string& path, const std::string& text)
+{
+    std::error_code error;
+    return fs::file_size(Tavro::SystemPath(path), error) == text.size() && !error
+        && bytes_of(path) == text;
+}
+
 /// What a run puts into the copy of a table; nothing if it makes none.
 std::optional<std::string> copy_text(const std::string& root, const std::string& table)
 {
@@ -92,7 +100,7 @@ std::optional<std::string> copy_text(const std::string& root, const std::string&
 bool is_replaced(const std::string& place, const std::optional<std::string>& text)
 {
     std::error_code error;
-    return text && !fs::is_directory(Tavro::SystemPath(place), error) && bytes_of(place) != text;
+    return text && !fs::is_directory(Tavro::SystemPath(place), error) && !holds(place, *text);
 }
 
 /// "a, b, c, d, e", and of more the first three and how many more there are.
@@ -202,7 +210,7 @@ std::vector<Results> viscous_input(const std::string& root, const VRK::Controlle
     const fs::path path = "Grid_Output" / Tavro::SystemPath(input.m_grid.m_fpViscInput.Get());
     const fs::path file = Tavro::SystemPath(root) / path;
     if (!is_there(Tavro::PathText(file))
-        || bytes_of(Tavro::PathText(file)) == input.m_grid.m_strViscInput)
+        || holds(Tavro::PathText(file), input.m_grid.m_strViscInput))
         return {};
     return { { Tavro::PathText(path.parent_path()), { Tavro::PathText(path) } } };
 }
