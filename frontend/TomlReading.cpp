@@ -18,6 +18,18 @@ namespace Frontend {
 
 namespace {
 
+/// The library goes down a tree by calling itself, and would find no end of its stack in time.
+toml::table parsed(const std::string& text, const std::string& name = {})
+{
+    const auto deep = too_deep_key(text);
+    if (!deep)
+        return toml::parse(text, name);
+    const toml::source_position place { static_cast<toml::source_index>(deep->line + 1),
+        static_cast<toml::source_index>(deep->column + 1) };
+    throw toml::parse_error(
+        "tables are nested too deep here", toml::source_region { place, place, {} });
+}
+
 Value tree_of(const toml::node& node);
 
 void set_place(Value& value, const toml::node& node)
@@ -118,7 +130,7 @@ public:
         // What is left are keys and tables that are given twice.
         while (true) {
             try {
-                Value tree = tree_of(toml::parse(joined(0, m_lines.size()), m_name));
+                Value tree = tree_of(parsed(joined(0, m_lines.size()), m_name));
                 mark_broken(tree, m_placeholders);
                 tree.broken = m_incomplete;
                 return tree;
@@ -135,7 +147,7 @@ private:
     static std::optional<toml::parse_error> fault_of(const std::string& text)
     {
         try {
-            (void)toml::parse(text); // only whether it can be understood
+            (void)parsed(text); // only whether it can be understood
         } catch (const toml::parse_error& error) {
             return error;
         }
@@ -221,7 +233,7 @@ std::optional<Value> parse_toml(
     const std::string& text, const std::string& name, Diagnostics& diagnostics)
 {
     try {
-        return tree_of(toml::parse(text, name));
+        return tree_of(parsed(text, name));
     } catch (const toml::parse_error&) {
         return FaultyToml(text, name, diagnostics).rest();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frontend/TomlStatements.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace Frontend {
@@ -156,6 +157,77 @@ std::string key_part(const std::string& line)
         return "";
     at = behind_blanks(line, at);
     return at < line.size() && line[at] == '=' ? line.substr(0, at + 1) : "";
+}
+
+namespace {
+
+/// Behind the text in quotes that begins there; behind its line if it is not closed.
+std::size_t behind_quotes(const std::string& text, std::size_t at)
+{
+    const std::string one(1, text[at]);
+    const bool manyLines = text.compare(at, 3, one + one + one) == 0;
+    const std::string close = manyLines ? one + one + one : one;
+    for (at += close.size(); at < text.size(); ++at) {
+        if (text.compare(at, close.size(), close) == 0)
+            return at + close.size();
+        if (text[at] == '\n' && !manyLines)
+            return at;
+        if (text[at] == '\\' && one == "\"")
+            ++at;
+    }
+    return text.size();
+}
+
+} // namespace
+
+std::optional<TextPlace> too_deep_key(const std::string& text)
+{
+    constexpr std::size_t kMostDots = 100;
+    std::vector<std::size_t> around; // dots before each bracket that is open
+    std::size_t dots = 0;
+    std::size_t line = 0;
+    std::size_t lineBegin = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        switch (text[at]) {
+        case '"':
+        case '\'':
+            for (const std::size_t end = behind_quotes(text, at); at + 1 < end; ++at) {
+                if (text[at] == '\n') {
+                    ++line;
+                    lineBegin = at + 1;
+                }
+            }
+            break;
+        case '#':
+            at = std::min(text.find('\n', at), text.size()) - 1;
+            break;
+        case '{':
+        case '[':
+            around.push_back(dots);
+            break;
+        case '}':
+        case ']':
+            dots = around.empty() ? 0 : around.back();
+            if (!around.empty())
+                around.pop_back();
+            break;
+        case ',':
+            dots = around.empty() ? 0 : around.back();
+            break;
+        case '\n':
+            ++line;
+            lineBegin = at + 1;
+            dots = around.empty() ? 0 : dots;
+            break;
+        case '.':
+            if (++dots > kMostDots)
+                return TextPlace { line, at - lineBegin };
+            break;
+        default:
+            break;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace Frontend

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,14 @@ struct Statement {
 
 /// The lines of a text without their ends.
 [[nodiscard]] std::vector<std::string> lines_of(const std::string& text);
+
+/// A place in a text, from 0.
+struct TextPlace {
+    std::size_t line = 0;
+    std::size_t column = 0;
+};
+/// Where a key has so many dots that its tables would be nested deeper than can be worked with.
+[[nodiscard]] std::optional<TextPlace> too_deep_key(const std::string& text);
 
 /// All statements of a text, right or wrong. A list or a line of text that is not closed ends where
 /// the next statement seems to begin.

@@ -190,4 +190,38 @@ TEST(CaseFaults, EveryAxisWithoutExtentIsReported)
         "above \"domain_min\"\n");
 }
 
+std::string times(std::size_t count, const std::string& text)
+{
+    std::string all;
+    for (; count > 0; --count)
+        all += text;
+    return all;
+}
+
+TEST(CaseFaults, KeysOfManyDotsAreRefusedBeforeTheyAreFollowed)
+{
+    const std::string deep = "is not TOML: tables are nested too deep here\n";
+    // The 101st dot is in column 202 behind "a" and a hundred times ".a".
+    for (const std::string& key : { "a" + times(100'000, ".a"), "a" + times(101, ".a") }) {
+        EXPECT_NE(messages(kPlainCase + key + " = 1\n").find("case.toml:25:202: this " + deep),
+            std::string::npos);
+        EXPECT_NE(messages(kPlainCase + "[" + key + "]\n").find(":25:203: this " + deep),
+            std::string::npos);
+    }
+    EXPECT_NE(messages(kPlainCase + "x = " + times(200, "{ a.b = ") + "1" + times(200, " }") + "\n")
+                  .find("this " + deep),
+        std::string::npos);
+    // Behind a fault that hides it from the whole text.
+    EXPECT_NE(messages(kPlainCase + "x = = 1\na" + times(100'000, ".a") + " = 1\n").find(deep),
+        std::string::npos);
+    // No keys: texts, remarks and numbers.
+    EXPECT_EQ(messages(kPlainCase + "[output.forces]\nmoment_groups = \"\"\"\n" + times(300, ".")
+                  + "\n\"\"\" # " + times(300, ".") + "\n[trajectory]\non = true\ntext = '"
+                  + times(300, ".") + "'\n[grid_]\n"),
+        "case.toml:32:2: there is no key \"grid_\" in the case; expected \"grid\"\n");
+    EXPECT_EQ(messages(plain_case_with(
+                  "cells =", "points = [" + times(300, "[1.5, 2.5, 3.5], ") + "]\ncells =")),
+        "");
+}
+
 } // namespace
