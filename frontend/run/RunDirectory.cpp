@@ -157,6 +157,17 @@ void take_mark(const std::string& value, std::vector<FileMark>& marks)
         marks.push_back(std::move(mark));
 }
 
+/// A file of the directory as it was called then, by its name as it is called now.
+void follow(const std::string& then, const std::string& root, std::string& file)
+{
+    std::error_code error;
+    if (!file.starts_with(then + "/"))
+        return;
+    const std::string now = root + file.substr(then.size());
+    if (std::filesystem::exists(Tavro::SystemPath(now), error))
+        file = now;
+}
+
 } // namespace
 
 std::optional<RunRecord> recall_run(const std::string& root)
@@ -193,6 +204,13 @@ std::optional<RunRecord> recall_run(const std::string& root)
     if (record.completionFile.empty() || !read_number(values["controller"], record.controller)
         || !read_number(values["link"], record.link))
         return std::nullopt;
+    // The directory may have been moved since, or this is a copy of it.
+    const std::string then = record.caseFile.substr(0, record.caseFile.rfind('/') + 1);
+    if (then.size() > 1 && then != root + "/") {
+        const std::string before = then.substr(0, then.size() - 1);
+        follow(before, root, record.completionFile);
+        follow(before, root, record.caseFile);
+    }
     return record;
 }
 

@@ -259,6 +259,31 @@ TEST(LogEnds, ShowNothingThatWasThereBeforeTheRun)
         "fresh.err: now\n");
 }
 
+TEST(RunRecord, FollowsItsDirectoryToAnotherPlace)
+{
+    const TemporaryDirectory home;
+    RunRecord record;
+    record.caseName = "a";
+    record.host = "here";
+    for (const char* name : { "then", "now" })
+        Testing::make_directory(home.path(name));
+    const std::string then = home.path("then");
+    const std::string now = home.path("now");
+    record.caseFile = then + "/case.toml";
+    record.completionFile = then + "/.vortik-completion";
+    for (const char* name : { "/case.toml", "/.vortik-completion" })
+        write_file(now + name, "8\n");
+    EXPECT_TRUE(remember_run(now, record));
+    EXPECT_EQ(recall_run(now)->caseFile, now + "/case.toml");
+    EXPECT_EQ(recall_run(now)->completionFile, now + "/.vortik-completion");
+    // What lay elsewhere, or has not come along, stays where it was.
+    std::filesystem::remove(now + "/case.toml");
+    record.completionFile = home.path("done.txt");
+    EXPECT_TRUE(remember_run(now, record));
+    EXPECT_EQ(recall_run(now)->caseFile, then + "/case.toml");
+    EXPECT_EQ(recall_run(now)->completionFile, home.path("done.txt"));
+}
+
 TEST(EarlierRun, LatestRestartIsTheYoungestThatFitsTheGrid)
 {
     const TemporaryDirectory home;
