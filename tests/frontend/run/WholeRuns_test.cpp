@@ -171,8 +171,11 @@ TEST_F(WholeRun, OfAnExampleIsFollowedByOneWithAnotherSpeedOfItsRotor)
 
 TEST_F(WholeRun, ThatIsStoppedWithAGridThatHasNoRestartFileYetIsNotGoneOnWith)
 {
-    const std::string root = make_root("robin");
-    EXPECT_EQ(VortikProcess({ "new", root, "--example", "robin-adaptive" }).ends(), 0);
+    const std::string root = make_case("adaptive", 100);
+    Testing::write_file(root + "/case.toml",
+        Testing::read_file(root + "/case.toml")
+            + "[adaptation]\non = true\nperiod = 50\nstart = 50\nmax_level = 4\n"
+              "boxes = [[-1, -1, -1, 2, 2, 2]]\n");
     auto setting = pace(0);
     // The first grid takes two starts, the third one adapts it, and here the fourth one measures.
     setting.environment["VORTIK_STANDIN_RECORD"] = m_directory.path("starts");
@@ -183,12 +186,12 @@ TEST_F(WholeRun, ThatIsStoppedWithAGridThatHasNoRestartFileYetIsNotGoneOnWith)
     EXPECT_EQ(run.ends(), 3);
     const std::string said = tidy(run.output(), root);
     EXPECT_TRUE(said.ends_with("\nStopped, at: adapted grid: metrics.\nThe grid was just being "
-                               "adapted, and the restart file of step 36 belongs to the grid "
+                               "adapted, and the restart file of step 50 belongs to the grid "
                                "before that: --restart cannot go on from it.\n"))
         << said;
     EXPECT_EQ(tidy(all_of({ "run", root, "--restart" }), root),
         "vortik: the run in DIR ended while it adapted its grid, and "
-        "DIR/Restarts/robin_adaptive.Rst belongs to the grid before that. Begin a new run without "
+        "DIR/Restarts/cube.Rst belongs to the grid before that. Begin a new run without "
         "--restart; --force goes on all the same\nstatus 2\n");
 }
 
