@@ -18,8 +18,8 @@ struct RestartPoint {
     std::string file;
     std::uint32_t step;
 };
-/// The latest restart file of the case that fits the grid as it stands, unless an adaptation was cut
-/// off.
+/// The latest restart file of the case that fits the grid as it stands, unless an adaptation was
+/// cut off.
 [[nodiscard]] std::optional<RestartPoint> latest_restart(
     const std::string& root, const std::string& caseName);
 /// Whether a run ended while it adapted its grid, after that had been replaced: the latest restart
