@@ -3,6 +3,7 @@
 
 #include "tavrobase/CommandLine.h"
 
+#include <exception>
 #include <iostream>
 #include <mutex>
 
@@ -87,6 +88,10 @@ void TraceFrame::CaughtUnknown(const char* file, int line)
     report("Unknown exception type", file, line);
     Leave();
 }
+
+// Not a plain `throw`: by GCC's library for Windows that one aborts where nobody catches, before
+// the handler of `std::terminate` could say which error it was.
+void TraceFrame::ThrowOn() { std::rethrow_exception(std::current_exception()); }
 
 void TraceFrame::Leave()
 {

@@ -19,6 +19,8 @@ public:
     /// "Leaving " follows at once: there may be nobody above for whom the stack would be unwound.
     void Caught(const Exception& error, const char* file, int line);
     void CaughtUnknown(const char* file, int line);
+    /// Throws the error on that is being handled.
+    [[noreturn]] static void ThrowOn();
 
 private:
     void Leave();
@@ -39,10 +41,10 @@ private:
     catch (const ::Tavro::Exception& error)                                                        \
     {                                                                                              \
         traceFrame.Caught(error, __FILE__, __LINE__);                                              \
-        throw;                                                                                     \
+        ::Tavro::TraceFrame::ThrowOn();                                                            \
     }                                                                                              \
     catch (...)                                                                                    \
     {                                                                                              \
         traceFrame.CaughtUnknown(__FILE__, __LINE__);                                              \
-        throw;                                                                                     \
+        ::Tavro::TraceFrame::ThrowOn();                                                            \
     }
