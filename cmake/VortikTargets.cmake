@@ -67,13 +67,14 @@ function(vortik_posix_tests file variable)
   set(${variable} "${filter}" PARENT_SCOPE)
 endfunction()
 
-# vortik_test(NAME SOURCES source... USES library... [SLOW] [OPTIMISED] [FILTER filter])
+# vortik_test(NAME SOURCES source... USES library... [SLOW] [OPTIMISED] [FILTER filter] [SHARDS number])
 # One test program; every test of it becomes a test of ctest, or, where starting a program takes
-# longer than most tests (VORTIK_TESTS_BY_PROGRAM), the program does. The sanitizers run all but SLOW ones.
+# longer than most tests (VORTIK_TESTS_BY_PROGRAM), the program does, or each of its SHARDS, which
+# programs with isolated bodies cannot have. The sanitizers run all but SLOW ones.
 # What a test program does itself takes no time worth the compiler's, which is most of a build under
 # the sanitizers; those that calculate at length are OPTIMISED.
 function(vortik_test name)
-  cmake_parse_arguments(arg "SLOW;OPTIMISED" "FILTER" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(arg "SLOW;OPTIMISED" "FILTER;SHARDS" "SOURCES;USES" ${ARGN})
   if(arg_SLOW AND VORTIK_SANITIZE)
     add_executable(${name} EXCLUDE_FROM_ALL ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_USES} test_support GTest::gtest GTest::gtest_main)
@@ -94,9 +95,23 @@ function(vortik_test name)
     set(cost 100) # begun first: the last of them would keep one processor busy alone
   endif()
   if(VORTIK_TESTS_BY_PROGRAM)
-    add_test(NAME ${name} COMMAND ${name} ${arg_FILTER})
-    set_tests_properties(${name} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 1800
-      ENVIRONMENT "USER=vortik-test-${name}") # objects of the user are then the program's own
+    if(NOT arg_SHARDS)
+      set(arg_SHARDS 1)
+    endif()
+    math(EXPR last "${arg_SHARDS} - 1")
+    foreach(shard RANGE ${last})
+      set(test ${name})
+      if(last GREATER 0)
+        string(APPEND test _${shard})
+      endif()
+      add_test(NAME ${test} COMMAND ${name} ${arg_FILTER})
+      set(environment "USER=vortik-test-${test}") # objects of the user are then the test's own
+      if(last GREATER 0)
+        list(APPEND environment GTEST_TOTAL_SHARDS=${arg_SHARDS} GTEST_SHARD_INDEX=${shard})
+      endif()
+      set_tests_properties(${test} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 1800
+        ENVIRONMENT "${environment}")
+    endforeach()
     return()
   endif()
   gtest_discover_tests(${name} NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60

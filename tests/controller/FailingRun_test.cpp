@@ -2,6 +2,7 @@
 #include "tests/controller/support/ControllerRun.h"
 #include "tests/controller/support/ExpectedCourse.h"
 #include "tests/links/support/RawBlock.h"
+#include "tests/support/Programs.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -351,9 +352,9 @@ TEST_P(MissingProgramOfARun, EndsTheRunWithWordsOfTheSystem)
     m_case.m_nThreads = 6;
     const std::string gone = missing.gone;
     if (gone.empty())
-        std::filesystem::remove(programs(missing.program));
+        std::filesystem::remove(programs(missing.program + program_ending()));
     else
-        plan(gone + " remove ../programs/" + missing.program);
+        plan(gone + " take-away " + missing.program);
     EXPECT_EQ(run(), failed(missing.step));
     EXPECT_EQ(errors(), kNotStarted);
     EXPECT_EQ(inherited(), "");
@@ -476,7 +477,9 @@ TEST_F(FailingRun, WithoutAnyFreeLinkTheFirstStepFails)
         "completion\n");
 }
 
-// A failure on the way to an exception: -9 stays, and the process dies by SIGABRT, signal 6.
+// A failure on the way to an exception: -9 stays, and the process aborts.
+const std::string kAborted = end_by_abort() + ", file -9\n";
+
 class UncaughtException : public FailingRun {
 protected:
     std::string end_of_run()
@@ -503,7 +506,7 @@ TEST_F(UncaughtException, TargetBeyondAllStepsEndsAnAdaptiveRunThatWouldGoBack)
     m_case.m_time.m_vecNtCell.back() = 4294967295U - 4;
     m_case.m_uintIterFASTSln = 0; // no looking through them all for a saved solution
     make_restart(4294967294);
-    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(end_of_run(), kAborted);
     EXPECT_EQ(errors(),
         "CONTROLLER ERROR: uncaught exception: The next target of the adaptation lies beyond all "
         "steps\n");
@@ -514,7 +517,7 @@ TEST_F(UncaughtException, TargetBeyondAllStepsEndsAnAdaptiveRunThatWouldGoBack)
 TEST_F(UncaughtException, PeriodZeroEndsAnAdaptiveRunAtItsFirstSegment)
 {
     make_adaptive(0, 0);
-    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(end_of_run(), kAborted);
     EXPECT_EQ(
         errors(), "CONTROLLER ERROR: uncaught exception: The period of the adaptation is 0\n");
     // The first grid is that of the end of a period, which is no time at all.
@@ -525,7 +528,7 @@ TEST_F(UncaughtException, MissingFlowParametersEndAnAdaptation)
 {
     make_adaptive(4, 0);
     plan("Vortik_Solver 1 remove Solver_Input/ParmFlw.h");
-    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(end_of_run(), kAborted);
     EXPECT_EQ(errors(),
         "CONTROLLER ERROR: uncaught exception: Internal data management error (file in work: "
         "@/Solver_Input//ParmFlw.h)\n");
@@ -536,7 +539,7 @@ TEST_F(UncaughtException, ShortFirstLineOfTheGridEndsAnAdaptiveRun)
 {
     make_adaptive(4, 0);
     plan("TreeGen 4 write Grid_Output/VRK.grid.dat #");
-    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(end_of_run(), kAborted);
     EXPECT_EQ(errors(),
         "CONTROLLER ERROR: uncaught exception: basic_string::substr (file in work: "
         "@/Grid_Output//VRK.grid.dat)\n");
@@ -548,7 +551,7 @@ TEST_F(UncaughtException, ShortFirstLineOfAnAdaptedGridEndsTheArchive)
 {
     make_adaptive(4, 0);
     plan("TreeGen 8 write Grid_Output/VRK.grid.dat #");
-    EXPECT_EQ(end_of_run(), "signal 6, file -9\n");
+    EXPECT_EQ(end_of_run(), kAborted);
     EXPECT_EQ(errors(),
         "CONTROLLER ERROR: uncaught exception: basic_string::substr (file in work: "
         "@/Grid_Output//VRK.grid.dat)\n");

@@ -255,7 +255,7 @@ TEST_F(BrokenLink, AsksForNoStop)
 TEST_F(BrokenLink, IsSaidOfTheTotalStepsToo)
 {
     m_case.m_bGridOnly = true;
-    make_pipe("table.dat");
+    make_gate("table.dat");
     m_case.m_vecRotors[0].m_vecAftSchedule = { 0.5 };
     m_case.m_vecRotors[0].m_vecAftFile = { "table.dat" };
     plan("TreeGen 1 fail");
@@ -263,7 +263,7 @@ TEST_F(BrokenLink, IsSaidOfTheTotalStepsToo)
     start();
     await_step(2);
     break_front_end_link(true);
-    feed_pipe("table.dat", "");
+    pass_reader("table.dat");
     const std::string status = finish();
     break_front_end_link(false);
     EXPECT_EQ(status, "255");

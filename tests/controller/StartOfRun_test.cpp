@@ -2,6 +2,7 @@
 #include "tests/controller/support/ControllerRun.h"
 #include "tests/controller/support/ExpectedArguments.h"
 #include "tests/links/support/RawBlock.h"
+#include "tests/support/Programs.h"
 
 #include <filesystem>
 #include <string>
@@ -146,7 +147,7 @@ TEST_F(StartOfRun, FindsProgramsBesideAControllerFoundThroughPath)
 TEST_F(StartOfRun, FindsProgramsBesideItselfWhenAnotherControllerIsOnThePath)
 {
     make_directory(aside("other"));
-    make_link("/bin/true", aside("other/Vortik_Controller"));
+    put_program(program_beside_this("scripted_program"), aside("other/Vortik_Controller"));
     set("PATH", aside("other") + ":/usr/bin");
     expect_start_as("Vortik_Controller", root());
 }
@@ -172,7 +173,7 @@ TEST_F(StartOfRun, FindsProgramsBesideAControllerFoundThroughARelativePath)
 TEST_F(StartOfRun, LooksForProgramsBesideTheNameThatItWasStartedBy)
 {
     make_directory(aside("elsewhere"));
-    make_link(programs("Vortik_Controller"), aside("elsewhere/Vortik_Controller"));
+    put_program(program_beside_this("controller_under_test"), aside("elsewhere/Vortik_Controller"));
     save_case();
     start({ "-input=" + root("wing.vrk") }, aside("elsewhere/Vortik_Controller"));
     EXPECT_EQ(ending(), "status 255, step -3, file -3<end>");

@@ -208,7 +208,7 @@ TEST_F(StoppedRun, ProgramThatHasNotAttachedYetFindsItsLinkGone)
 TEST_F(StoppedRun, BeforeTheFirstStepForwardsNothing)
 {
     // The airfoil tables are read between the start of the update thread and the first step.
-    make_pipe("table.dat");
+    make_gate("table.dat");
     m_case.m_vecRotors[0].m_vecAftSchedule = { 0.5 };
     m_case.m_vecRotors[0].m_vecAftFile = { "table.dat" };
     save_case();
@@ -232,7 +232,7 @@ TEST_F(StoppedRun, BeforeTheFirstStepForwardsNothing)
 TEST_F(StoppedRun, BetweenTwoStepsStartsNoOther)
 {
     make_adaptive(4, 0);
-    plan("Vortik_RotorProg 1 pipe Solver_Input/AdaptBoxes.dat");
+    plan("Vortik_RotorProg 1 gate Solver_Input/AdaptBoxes.dat");
     plan("Vortik_RotorProg 1 note ready");
     save_case();
     start();
@@ -247,7 +247,7 @@ TEST_F(StoppedRun, BetweenTwoStepsStartsNoOther)
 TEST_F(StoppedRun, InTheMiddleOfAnArchiveLeavesWhatIsThere)
 {
     make_adaptive(4, 0);
-    plan("Vortik_Adapter 1 pipe Grid_Output/Grid_History/wing_00006.Grd");
+    plan("Vortik_Adapter 1 gate Grid_Output/Grid_History/wing_00006.Grd");
     plan("TreeGen 8 note ready"); // the last program before the archive
     save_case();
     start();

@@ -12,6 +12,9 @@ namespace Testing {
 /// Without the system's ending of programs.
 [[nodiscard]] std::string program_beside_this(const std::string& name);
 
+/// The system's ending of programs: ".exe", or nothing.
+[[nodiscard]] std::string program_ending();
+
 /// Gives a program of the build another path as well, without the ending.
 void put_program(const std::string& program, const std::string& path);
 

@@ -3,25 +3,17 @@
 
 #include "links/LinkManager.h"
 #include "links/SolverConLink.h"
+#include "tests/controller/support/Gate.h"
 #include "tests/controller/support/LinkPlaces.h"
 #include "tests/support/PrivateObjects.h"
 #include "tests/support/Programs.h"
 #include "tests/support/Waiting.h"
 
 #include <algorithm>
-#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): no header has it
 
 namespace Testing {
 
@@ -91,9 +83,9 @@ ControllerRun::ControllerRun()
 {
     make_directory(root());
     make_directory(programs());
-    make_link(program_beside_this("controller_under_test"), programs("Vortik_Controller"));
+    put_program(program_beside_this("controller_under_test"), programs("Vortik_Controller"));
     for (const char* name : kPrograms)
-        make_link(program_beside_this("scripted_program"), programs(name));
+        put_program(program_beside_this("scripted_program"), programs(name));
     m_case.m_strModelDir = root();
     m_case.m_fpCompletionFile = Tavro::FilePath(root("completion"));
     set_turn(5);
@@ -104,22 +96,11 @@ ControllerRun::ControllerRun()
 ControllerRun::~ControllerRun()
 {
     free_links();
-    for (const int end : m_pipes)
-        ::close(end);
     m_pFrontEnd.reset();
-    if (m_controller > 0) {
-        ::kill(m_controller, SIGKILL);
-        ::waitpid(m_controller, nullptr, 0);
-    }
     if (::testing::Test::HasFailure() && file_exists(aside("processes"))) {
         std::istringstream left(read_file(aside("processes")));
-        for (pid_t process = 0; left >> process;) {
-            std::error_code gone;
-            const auto program
-                = std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/exe", gone);
-            if (program.filename() == "scripted_program")
-                ::kill(process, SIGKILL);
-        }
+        for (long long process = 0; left >> process;)
+            kill_scripted_program(process, programs());
     }
 }
 
@@ -165,7 +146,7 @@ void ControllerRun::make_restart(unsigned step)
 
 void ControllerRun::plan(const std::string& line)
 {
-    std::ofstream(aside("plan"), std::ios::app) << line << "\n";
+    std::ofstream(aside("plan"), std::ios::app | std::ios::binary) << line << "\n";
 }
 
 void ControllerRun::save_case(const std::string& name) const
@@ -187,53 +168,20 @@ void ControllerRun::start(
         program = programs("Vortik_Controller");
     if (directory.empty())
         directory = m_directory.path();
-    std::vector<std::string> environment = m_environment;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const std::string known(*entry);
-        const std::string name = known.substr(0, known.find('=') + 1);
-        const auto same = [&](const std::string& own) { return own.starts_with(name); };
-        if (std::none_of(m_environment.begin(), m_environment.end(), same))
-            environment.push_back(known);
-    }
-    const auto pointers = [](const std::vector<std::string>& texts) {
-        std::vector<char*> list;
-        for (const std::string& text : texts)
-            list.push_back(const_cast<char*>(text.c_str()));
-        list.push_back(nullptr);
-        return list;
-    };
-    std::vector<std::string> all { program };
-    all.insert(all.end(), arguments.begin(), arguments.end());
-
-    const std::string out = aside("inherited");
-    posix_spawn_file_actions_t actions;
-    ::posix_spawn_file_actions_init(&actions);
-    ::posix_spawn_file_actions_addchdir_np(&actions, directory.c_str());
-    ::posix_spawn_file_actions_addopen(
-        &actions, STDOUT_FILENO, out.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-    ::posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
     // A name without a directory is looked for below the programs, as a shell with that PATH does.
     const std::string file = program.find('/') == std::string::npos ? programs(program) : program;
-    const int error = ::posix_spawn(&m_controller, file.c_str(), &actions, nullptr,
-        pointers(all).data(), pointers(environment).data());
-    ::posix_spawn_file_actions_destroy(&actions);
-    if (error != 0)
-        m_controller = -1;
-    ASSERT_EQ(error, 0) << std::strerror(error);
+    m_controller.start(
+        { file, program, arguments, m_environment, directory, aside("inherited"), m_unmasked });
 }
 
 std::string ControllerRun::finish()
 {
-    if (m_controller < 0)
-        return "not started";
-    int status = 0;
-    const bool ended
-        = wait_until([&] { return ::waitpid(m_controller, &status, WNOHANG) == m_controller; });
-    if (!ended)
-        return "still runs";
-    m_controller = -1;
-    return WIFEXITED(status) ? std::to_string(WEXITSTATUS(status))
-                             : "signal " + std::to_string(WTERMSIG(status));
+    std::string end;
+    const bool ended = wait_until([&] {
+        end = m_controller.end();
+        return !end.empty();
+    });
+    return ended ? end : "still runs";
 }
 
 std::string ControllerRun::run()
@@ -262,35 +210,17 @@ void ControllerRun::await_file(const std::string& name) const
 
 void ControllerRun::forget_children() const { std::filesystem::remove(aside("record")); }
 
-bool ControllerRun::is_running() const
+void ControllerRun::make_gate(const std::string& name) const { Testing::make_gate(root(name)); }
+
+void ControllerRun::pass_reader(const std::string& name) const
 {
-    siginfo_t end {};
-    return m_controller > 0
-        && ::waitid(P_PID, static_cast<id_t>(m_controller), &end, WEXITED | WNOHANG | WNOWAIT) == 0
-        && end.si_pid == 0;
+    ASSERT_TRUE(let_reader_through(root(name))) << name;
 }
 
-void ControllerRun::make_pipe(const std::string& name) const
+void ControllerRun::pass_writer(const std::string& name)
 {
-    ASSERT_EQ(::mkfifo(root(name).c_str(), 0600), 0) << name;
-}
-
-void ControllerRun::feed_pipe(const std::string& name, const std::string& text) const
-{
-    int end = -1; // to be had when there is a reader
-    const auto opened = [&] {
-        end = ::open(root(name).c_str(), O_WRONLY | O_NONBLOCK);
-        return end >= 0;
-    };
-    ASSERT_TRUE(wait_until(opened)) << name;
-    EXPECT_EQ(::write(end, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    ::close(end);
-}
-
-void ControllerRun::open_pipe(const std::string& name)
-{
-    m_pipes.push_back(::open(root(name).c_str(), O_RDONLY | O_NONBLOCK));
-    ASSERT_GE(m_pipes.back(), 0) << name;
+    m_openGates.push_back(let_writer_through(root(name)));
+    ASSERT_TRUE(m_openGates.back()) << name;
 }
 
 void ControllerRun::ask_to_stop() { EXPECT_EQ(m_pFrontEnd->SetStop(true), LinkManager::Success); }
@@ -391,17 +321,26 @@ std::string ControllerRun::sequence() const
     return names;
 }
 
-std::string ControllerRun::log() const { return file("Process_Output/Vortik_Controller.out"); }
+std::string ControllerRun::log() const
+{
+    return text_of_stream(file("Process_Output/Vortik_Controller.out"));
+}
 
-std::string ControllerRun::errors() const { return file("Process_Output/Vortik_Controller.err"); }
+std::string ControllerRun::errors() const
+{
+    return text_of_stream(file("Process_Output/Vortik_Controller.err"));
+}
 
-std::string ControllerRun::inherited() const { return abbreviated(text_of(aside("inherited"))); }
+std::string ControllerRun::inherited() const
+{
+    return text_of_stream(abbreviated(text_of(aside("inherited"))));
+}
 
 std::string ControllerRun::files() const
 {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root())) {
-        names.push_back(entry.path().string().substr(root().size() + 1)
+        names.push_back(entry.path().generic_string().substr(root().size() + 1)
             + (entry.is_directory() ? "/\n" : "\n"));
     }
     std::sort(names.begin(), names.end());
@@ -466,8 +405,8 @@ std::string ControllerRun::ending()
 std::string child(
     const std::string& name, const std::string& directory, int step, const std::string& arguments)
 {
-    return name + " = %/" + name + " in " + directory + " at " + std::to_string(step) + ": "
-        + arguments + "\n";
+    return name + " = %/" + name + program_ending() + " in " + directory + " at "
+        + std::to_string(step) + ": " + arguments + "\n";
 }
 
 } // namespace Testing

@@ -3,6 +3,7 @@
 
 #include "case/ControllerInput.h"
 #include "links/GUIConLink.h"
+#include "tests/controller/support/RunProcess.h"
 #include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
@@ -11,8 +12,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <sys/types.h>
 
 namespace Testing {
 
@@ -43,6 +42,8 @@ protected:
     void save_case(const std::string& name = "wing.vrk") const;
     /// For the controller's environment.
     void set(const std::string& variable, const std::string& value);
+    /// Starts the controller with no mask for the modes of files.
+    void drop_mask() { m_unmasked = true; }
     void set_turn(int milliseconds) { set("VORTIK_TEST_TURN", std::to_string(milliseconds)); }
 
     /// Starts the controller; `program` and working directory as a shell would have them.
@@ -50,7 +51,7 @@ protected:
         std::string directory = "");
     /// With the case saved before.
     void start() { start({ "-input=" + root("wing.vrk") }); }
-    /// Waits for its end. "0", "255" for -1, or "signal 6".
+    /// Waits for its end: "0", "255" for -1, or `end_by_abort`.
     std::string finish();
     /// Saves the case, starts the controller and gives its `ending`.
     std::string run();
@@ -58,17 +59,16 @@ protected:
     void await(const std::string& text) const;
     void await_step(int step) const; ///< on the front end's link
     void await_file(const std::string& name) const; ///< below the directory of the run
-    /// Whether the process still runs.
-    [[nodiscard]] bool is_running() const;
+    [[nodiscard]] bool is_running() const { return m_controller.runs(); }
     /// Lets programs on "hold" go on.
     void let_go() const { write_file(m_directory.path("go"), ""); }
-    /// Makes a pipe, at which the controller waits when it opens it; below the directory of the
+    /// Makes a file, at which the controller waits when it opens it; below the directory of the
     /// run.
-    void make_pipe(const std::string& name) const;
-    /// Waits for the controller to read the pipe and gives it the text.
-    void feed_pipe(const std::string& name, const std::string& text) const;
-    /// Lets the controller write to the pipe.
-    void open_pipe(const std::string& name);
+    void make_gate(const std::string& name) const;
+    /// Lets the controller read it, and finds it empty.
+    void pass_reader(const std::string& name) const;
+    /// Lets the controller write to it.
+    void pass_writer(const std::string& name);
 
     void ask_to_stop();
     /// Takes all free links, until the end of the run.
@@ -122,8 +122,9 @@ private:
     std::vector<std::string> m_environment;
     std::unique_ptr<VRK::GUIConLink> m_pFrontEnd;
     std::vector<unsigned> m_taken;
-    std::vector<int> m_pipes;
-    pid_t m_controller = -1;
+    std::vector<std::shared_ptr<void>> m_openGates;
+    bool m_unmasked = false;
+    RunProcess m_controller;
 };
 
 /// A line of `children()`: the program at its start.

@@ -11,17 +11,13 @@
 #include "controller/Clock.h"
 #include "controller/RunController.h"
 #include "tests/controller/support/LinkPlaces.h"
+#include "tests/controller/support/PlannedFailures.h"
 
-#include <atomic>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
 #include <string>
-
-#include <pthread.h>
-#include <semaphore.h>
 
 namespace {
 
@@ -29,13 +25,6 @@ std::string variable(const char* name)
 {
     const char* const value = std::getenv(name);
     return value == nullptr ? "" : value;
-}
-
-/// Whether this call of many is the one that is to fail.
-bool fails(std::atomic<int>& calls, const char* name)
-{
-    const std::string number = variable(name);
-    return !number.empty() && ++calls == std::stoi(number);
 }
 
 std::int64_t given_seconds()
@@ -47,14 +36,23 @@ std::int64_t given_seconds()
     return asked.exchange(true) ? later : first;
 }
 
-/// To be called under the lock of the links, so that no change is missed.
+} // namespace
+
+namespace Testing {
+
+bool is_to_fail(std::atomic<int>& calls, const char* name)
+{
+    const std::string number = variable(name);
+    return !number.empty() && ++calls == std::stoi(number);
+}
+
 void note_published_step()
 {
-    static const Testing::RawBlock block;
+    static const RawBlock block;
     static const auto link = static_cast<unsigned>(std::stoul(variable("VORTIK_TEST_LINK")));
     const auto published = [] {
         std::int32_t step = 0;
-        std::memcpy(&step, Testing::record_of(block, link) + 4, sizeof step);
+        std::memcpy(&step, record_of(block, link) + 4, sizeof step);
         return step;
     };
     static std::int32_t last = published();
@@ -68,42 +66,7 @@ void note_published_step()
         << step << (word.empty() || word == "-9" ? " " : "! ");
 }
 
-} // namespace
-
-extern "C" {
-
-// NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names
-int __real_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes);
-int __real_pthread_create(
-    pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*), void* argument);
-
-int __wrap_pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes)
-{
-    static std::atomic<int> calls = 0;
-    if (fails(calls, "VORTIK_TEST_FAIL_MUTEX"))
-        return ENOMEM;
-    return __real_pthread_mutex_init(mutex, attributes);
-}
-
-int __wrap_pthread_create(
-    pthread_t* thread, const pthread_attr_t* attributes, void* (*entry)(void*), void* argument)
-{
-    static std::atomic<int> calls = 0;
-    if (fails(calls, "VORTIK_TEST_FAIL_THREAD"))
-        return errno = EAGAIN;
-    return __real_pthread_create(thread, attributes, entry, argument);
-}
-
-int __real_sem_post(sem_t* semaphore);
-
-/// The semaphore is that of the links, which is given back behind every change of a record.
-int __wrap_sem_post(sem_t* semaphore)
-{
-    note_published_step();
-    return __real_sem_post(semaphore);
-}
-// NOLINTEND(bugprone-reserved-identifier)
-}
+} // namespace Testing
 
 int main(int argc, char** argv)
 {

@@ -22,14 +22,18 @@
 //   heal                       let them again
 //   write PATH TEXT            a file, one line; below the directory of the run
 //   remove PATH
-//   pipe PATH
+//   gate PATH                  a file at which the controller waits when it opens it
+//   take-away NAME             a program
 // At its start the word in the completion file should be that of a run that goes on; if it is not,
 // that is noted.
 #include "links/GUIConLink.h"
 #include "links/GeneralConLink.h"
 #include "links/LinkManager.h"
 #include "links/SolverConLink.h"
+#include "tavrobase/platform/Processes.h"
+#include "tests/controller/support/Gate.h"
 #include "tests/controller/support/LinkPlaces.h"
+#include "tests/controller/support/RunProcess.h"
 #include "tests/support/Files.h"
 #include "tests/support/Waiting.h"
 
@@ -44,11 +48,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <csignal>
-#include <sys/auxv.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -68,7 +67,7 @@ std::string in_root(const std::string& name)
 /// In one piece, for its reader may come at any time.
 void note(const std::string& line)
 {
-    std::ofstream(in_test("record"), std::ios::app) << line + "\n" << std::flush;
+    std::ofstream(in_test("record"), std::ios::app | std::ios::binary) << line + "\n" << std::flush;
 }
 
 Words lines_of(const std::string& path)
@@ -133,7 +132,8 @@ std::string restart_bytes(std::uint32_t step)
 class Program {
 public:
     explicit Program(Words arguments)
-        : m_name(arguments.front())
+        : m_how(Testing::start_of_this_program(arguments.front().c_str()))
+        , m_name(m_how.name)
         , m_arguments(std::move(arguments))
         , m_start(earlier_starts(m_name) + 1)
     {
@@ -172,7 +172,7 @@ public:
         m_pSolver.reset();
         LinkManager::Shutdown();
         if (m_crashes)
-            ::kill(::getpid(), SIGKILL);
+            Testing::kill_this_process();
         return m_status;
     }
 
@@ -192,11 +192,11 @@ private:
     {
         VRK::ControllerStep step {};
         (void)m_pFrontEnd->GetStep(step); // 0 is seen in the record
-        std::ofstream(in_test("processes"), std::ios::app) << ::getpid() << "\n";
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): that is how the kernel gives it
-        const auto* const file = reinterpret_cast<const char*>(::getauxval(AT_EXECFN));
-        std::string line = m_name + " = " + file + " in " + std::filesystem::current_path().string()
-            + " at " + std::to_string(step) + ":";
+        std::ofstream(in_test("processes"), std::ios::app)
+            << Tavro::Platform::current_process_id() << "\n";
+        std::string line = m_name + " = " + m_how.file + " in "
+            + std::filesystem::current_path().generic_string() + " at " + std::to_string(step)
+            + ":";
         for (std::size_t i = 1; i < m_arguments.size(); ++i)
             line += " " + m_arguments[i];
         note(line);
@@ -281,6 +281,10 @@ private:
             report();
         } else if (command == "break" || command == "heal") {
             Testing::break_link(m_link, command == "break");
+        } else if (command == "take-away") {
+            std::string program;
+            words >> program;
+            take_away(Tavro::Platform::program_file(program));
         } else {
             std::string path;
             std::string text;
@@ -291,11 +295,17 @@ private:
                 Testing::write_file(path, text + "\n");
             else if (command == "remove")
                 std::filesystem::remove_all(path);
-            else if (command == "pipe" && ::mkfifo(path.c_str(), 0600) == 0)
-                return;
+            else if (command == "gate")
+                Testing::make_gate(path);
             else
                 note("  does not know " + command);
         }
+    }
+
+    /// A program that runs can be moved everywhere, and removed on some systems only.
+    static void take_away(const std::string& program)
+    {
+        std::filesystem::rename(in_test("programs/" + program), in_test("gone-" + program));
     }
 
     [[nodiscard]] bool stop_flag() const
@@ -387,6 +397,7 @@ private:
             (void)m_pGeneral->SetSuccessfulCompletion(true);
     }
 
+    Testing::ProgramStart m_how;
     std::string m_name;
     Words m_arguments;
     int m_start; ///< 1 for the first of this name
@@ -405,7 +416,7 @@ private:
 
 int main(int argc, char** argv)
 {
-    ::alarm(90); // a test that has failed leaves nobody behind
+    Testing::limit_this_life(); // a test that has failed leaves nobody behind
     try {
         return Program(Words(argv, argv + argc)).run();
     } catch (const std::exception& error) {

@@ -12,6 +12,8 @@ std::string program_beside_this(const std::string& name)
     return (std::filesystem::path(own_program()).parent_path() / name).string();
 }
 
+std::string program_ending() { return ""; }
+
 void put_program(const std::string& program, const std::string& path)
 {
     std::filesystem::create_symlink(program, path);
