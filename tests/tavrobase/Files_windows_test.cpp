@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -106,6 +107,31 @@ TEST_F(LinksOnWindows, AMissingSourceOrADirectoryIsABadParameter)
     EXPECT_THROW((void)Tavro::SymlinkFile(at("dir"), at("to")), Tavro::BadParameter);
     EXPECT_THROW((void)Tavro::LinkFile(at("gone"), at("to")), Tavro::BadParameter);
     EXPECT_THROW((void)Tavro::LinkFile(at("dir"), at("to")), Tavro::BadParameter);
+}
+
+TEST_F(LinksOnWindows, ACopiedLinkLeadsToTheSamePlace)
+{
+    constexpr DWORD kWithoutTheRight = 2; // where the user has switched that on
+    write_file(at("file"), "x");
+    make_directory(at("dir"));
+    write_file(at("dir/inner"), "y");
+    (void)::CreateSymbolicLinkA(at("link").c_str(), at("file").c_str(), kWithoutTheRight);
+    (void)::CreateSymbolicLinkA(
+        at("dir-link").c_str(), at("dir").c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY | kWithoutTheRight);
+    if (names() != Names { "dir", "dir-link", "file", "link" })
+        GTEST_SKIP() << "this user, or this system, makes no symbolic links";
+    EXPECT_EQ(Platform::copy_link(at("link"), at("copy")), 0);
+    EXPECT_NE(attributes_of(at("copy")) & FILE_ATTRIBUTE_REPARSE_POINT, 0U);
+    EXPECT_EQ(read_file(at("copy")), "x");
+    EXPECT_EQ(Platform::copy_link(at("dir-link/"), at("dir-copy")), 0);
+    EXPECT_NE(attributes_of(at("dir-copy")) & FILE_ATTRIBUTE_REPARSE_POINT, 0U);
+    EXPECT_EQ(names_in(at("dir-copy")), Names { "inner" });
+}
+
+TEST_F(LinksOnWindows, ALinkThatIsNotThereIsNotCopied)
+{
+    EXPECT_EQ(Platform::copy_link(at("gone"), at("to")), ENOENT);
+    EXPECT_EQ(names(), Names {});
 }
 
 TEST_F(FilesOnWindows, MakeHiddenSetsTheAttributeAndKeepsTheOthers)

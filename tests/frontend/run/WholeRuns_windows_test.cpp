@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/frontend/Vortik.h"
 #include "tests/support/PrivateObjects.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/windows/ConsoleProcess.h"
 
 #include <gtest/gtest.h>
 
@@ -141,6 +143,99 @@ TEST_F(WholeRuns, OutputThatNobodyReadsLeavesTheRunToItself)
     EXPECT_EQ(status, 3U);
     EXPECT_TRUE(vortik({ "status", "rob" }).out.starts_with(root() + ": running"));
     EXPECT_EQ(vortik({ "stop", "rob" }).status, 0);
+}
+
+const std::string kStopping
+    = "Stopping, as soon as the controller hears it. Ctrl-C again leaves the run to itself.\n";
+
+/// `vortik run` at a console, with its output in a file.
+class RunAtAConsole {
+public:
+    explicit RunAtAConsole(const std::string& directory)
+        : m_process("../demo/vortik", "run \"" + directory + '"', m_output)
+    {
+    }
+    [[nodiscard]] std::string output() const { return text_of_stream(read_file(m_output)); }
+    [[nodiscard]] bool writes(const std::string& text) const
+    {
+        return wait_until([&] { return output().find(text) != std::string::npos; });
+    }
+    [[nodiscard]] const ConsoleProcess& process() const { return m_process; }
+
+private:
+    TemporaryDirectory m_directory;
+    std::string m_output = m_directory.path("output");
+    ConsoleProcess m_process;
+};
+
+TEST_F(WholeRuns, CtrlCStopsTheRun)
+{
+    const EnvironmentScope pace("VORTIK_STANDIN_PACE", "10000");
+    const RunAtAConsole run(root());
+    ASSERT_TRUE(run.writes("grid: octree")) << run.output();
+    EXPECT_EQ(run.process().press("c"), 0U);
+    EXPECT_EQ(run.process().status(), 3U);
+    EXPECT_NE(run.output().find(kStopping), std::string::npos) << run.output();
+    EXPECT_NE(run.output().find("Stopped, at: grid: octree"), std::string::npos) << run.output();
+    EXPECT_EQ(completion(), "-8\n");
+}
+
+/// Suspends a process as long as it lives, so that it hears nothing.
+class DeafProcess {
+public:
+    explicit DeafProcess(DWORD process)
+        : m_process(::OpenProcess(PROCESS_SUSPEND_RESUME, FALSE, process))
+        , m_deaf(call("NtSuspendProcess"))
+    {
+    }
+    ~DeafProcess()
+    {
+        (void)call("NtResumeProcess"); // a failure shows in what it does not do
+        ::CloseHandle(m_process);
+    }
+    DeafProcess(const DeafProcess&) = delete;
+    DeafProcess& operator=(const DeafProcess&) = delete;
+    DeafProcess(DeafProcess&&) = delete;
+    DeafProcess& operator=(DeafProcess&&) = delete;
+
+    [[nodiscard]] bool is_deaf() const { return m_deaf; }
+
+private:
+    /// A call of the system that no header declares.
+    [[nodiscard]] bool call(const char* name) const
+    {
+        using Call = LONG(__stdcall*)(HANDLE);
+        const auto function = reinterpret_cast<Call>(
+            reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA("ntdll"), name)));
+        return function != nullptr && function(m_process) == 0;
+    }
+
+    HANDLE m_process;
+    bool m_deaf;
+};
+
+TEST_F(WholeRuns, SecondCtrlCLeavesTheRunToItself)
+{
+    const EnvironmentScope pace("VORTIK_STANDIN_PACE", "10000");
+    {
+        const RunAtAConsole run(root());
+        ASSERT_TRUE(run.writes("grid: octree")) << run.output();
+        const std::string words = "(controller: process ";
+        const std::string output = run.output();
+        const auto number = std::stoul(output.substr(output.find(words) + words.size()));
+        const DeafProcess controller(static_cast<DWORD>(number)); // both keys come before it stops
+        ASSERT_TRUE(controller.is_deaf());
+        EXPECT_EQ(run.process().press("c"), 0U);
+        EXPECT_TRUE(run.writes(kStopping)) << run.output();
+        EXPECT_EQ(run.process().press("c"), 0U);
+        EXPECT_EQ(run.process().status(), 3U);
+        EXPECT_NE(run.output().find("The run goes on by itself."), std::string::npos)
+            << run.output();
+        EXPECT_EQ(completion(), "-9\n");
+    }
+    // It has been asked to stop all the same.
+    EXPECT_TRUE(wait_until([&] { return completion() == "-8\n"; })) << completion();
+    EXPECT_EQ(vortik({ "status", "rob" }).out, root() + ": stopped\n");
 }
 
 TEST_F(WholeRuns, DetachedRunIsSeenAndStoppedByOtherCommands)

@@ -2,6 +2,8 @@
 #include "tavrobase/platform/Terminal.h"
 #include "tests/support/Files.h"
 #include "tests/support/Programs.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/windows/ConsoleProcess.h"
 
 #include <gtest/gtest.h>
 
@@ -110,6 +112,43 @@ TEST(Terminal, MissingStandardStreamsAreOpenedAndOthersLeftAlone)
     ::CloseHandle(output);
     EXPECT_EQ(read_file(some), "out good, err good, in ended, system's out good, all there\n");
     EXPECT_EQ(read_file(directory.path("output")), "outputsystem");
+}
+
+/// A child that counts its interrupts.
+class Listener {
+public:
+    [[nodiscard]] bool has_told(const std::string& text) const
+    {
+        return wait_until([&] { return file_exists(m_file) && read_file(m_file) == text; });
+    }
+    [[nodiscard]] const ConsoleProcess& process() const { return m_child; }
+
+private:
+    TemporaryDirectory m_directory;
+    std::string m_file = m_directory.path("interrupts");
+    ConsoleProcess m_child { "platform_windows_child", "listen \"" + m_file + '"' };
+};
+
+TEST(Terminal, EachCtrlCAtItsConsoleIsCountedAndEndsNothing)
+{
+    const Listener listener;
+    ASSERT_TRUE(listener.has_told("0"));
+    EXPECT_EQ(listener.process().press("c"), 0U);
+    ASSERT_TRUE(listener.has_told("1"));
+    EXPECT_EQ(listener.process().press("c"), 0U);
+    EXPECT_TRUE(listener.has_told("2"));
+    EXPECT_EQ(listener.process().status(), 0U);
+}
+
+TEST(Terminal, CtrlBreakCountsAsCtrlC)
+{
+    const Listener listener;
+    ASSERT_TRUE(listener.has_told("0"));
+    const DWORD pressed = listener.process().press("break");
+    if (pressed == ConsoleProcess::kNotSent)
+        GTEST_SKIP() << "this system does not send Ctrl-Break to the programs of a console";
+    EXPECT_EQ(pressed, 0U);
+    EXPECT_TRUE(listener.has_told("1"));
 }
 
 TEST(Terminal, WordIsTypedInQuotesWhereItWouldBeTwo)

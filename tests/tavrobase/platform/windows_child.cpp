@@ -2,7 +2,9 @@
 // Does what its arguments say: "exit N", "print OUT ERR", "nul", "flood N", "echo", "directory",
 // "variable NAME", "sleep", "parent" (starts a sleeping child and sleeps), "claim DIR" (has it and
 // sleeps), "missing FILE" (opens the standard streams that it lacks, uses all of them and tells
-// FILE of it). Without any it prints its command line.
+// FILE of it), "listen FILE" (tells FILE how often it has been interrupted, until that was twice),
+// "press KEY PID" (presses "c" or "break" at the console of that process). Without any it prints
+// its command line.
 #include "tavrobase/platform/Claim.h"
 #include "tavrobase/platform/Processes.h"
 #include "tavrobase/platform/Terminal.h"
@@ -61,6 +63,29 @@ void use_streams(const std::string& path)
     file << (all ? ", all there\n" : ", one missing\n");
 }
 
+void listen(const std::string& path)
+{
+    Tavro::Platform::UserSignals signals;
+    for (unsigned told = 3; told != 2; signals.wait(10)) {
+        if (told != signals.interrupts()) {
+            told = signals.interrupts();
+            std::ofstream(path) << told << (signals.hung_up() ? " and hung up" : "");
+        }
+    }
+}
+
+/// Gives the number of the call that failed, or 0. `ConsoleProcess` knows of the last.
+int press(const std::string& key, DWORD process)
+{
+    ::FreeConsole(); // fails if there is none
+    if (::AttachConsole(process) == 0)
+        return 1;
+    // The event goes to everybody at that console, who now includes us.
+    if (::SetConsoleCtrlHandler([](DWORD) { return TRUE; }, TRUE) == 0)
+        return 2;
+    return ::GenerateConsoleCtrlEvent(key == "c" ? CTRL_C_EVENT : CTRL_BREAK_EVENT, 0) == 0 ? 3 : 0;
+}
+
 [[noreturn]] void sleep_on()
 {
     ::Sleep(60'000);
@@ -101,6 +126,10 @@ int main(int argc, char** argv)
         const Tavro::Platform::Claim claim(first);
         std::ofstream(first + "/claimed") << claim.granted();
         sleep_on();
+    } else if (act == "listen") {
+        listen(first);
+    } else if (act == "press") {
+        return press(first, static_cast<DWORD>(std::stoul(argv[3])));
     } else if (act == "missing") {
         use_streams(first);
     } else {
