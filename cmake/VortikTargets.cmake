@@ -109,7 +109,7 @@ function(vortik_test name)
       if(last GREATER 0)
         list(APPEND environment GTEST_TOTAL_SHARDS=${arg_SHARDS} GTEST_SHARD_INDEX=${shard})
       endif()
-      set_tests_properties(${test} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 1800
+      set_tests_properties(${test} PROPERTIES LABELS ${label} COST ${cost} TIMEOUT 600
         ENVIRONMENT "${environment}")
     endforeach()
     return()

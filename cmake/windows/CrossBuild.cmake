@@ -56,4 +56,4 @@ set(CMAKE_CROSSCOMPILING_EMULATOR /usr/bin/env
   WINEPREFIX=${PROJECT_BINARY_DIR}/wine
   WINEDEBUG=-all
   "WINEDLLOVERRIDES=winemenubuilder.exe,mscoree,mshtml="
-  wine)
+  "${CMAKE_CURRENT_LIST_DIR}/wine.sh")
