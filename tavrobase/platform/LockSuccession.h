@@ -58,14 +58,15 @@ private:
 };
 
 /// Waits without limit for the semaphore and ends in `Held`. `take()` takes it if it is to be had:
-/// 0, `taken` if somebody else has it, or the failure, which ends the wait.
-template <typename Take>
+/// 0, `taken` if somebody else has it, or the failure, which ends the wait. After a take in vain
+/// the next follows only when `worthATry()`: whoever dies in it leaves a doubt.
+template <typename Take, typename Look>
 [[nodiscard]] ErrorNumber wait_for_semaphore(
-    const LockRecord& record, ErrorNumber taken, const Take& take)
+    const LockRecord& record, ErrorNumber taken, const Take& take, const Look& worthATry)
 {
     // A blocking wait would leave a doubt at every death in it. With short looks the doubt is
     // confined to a few instructions.
-    for (Patience patience;; patience.rest()) {
+    for (Patience patience;;) {
         record.enter(LockPhase::Trying);
         const ErrorNumber error = take();
         if (error == 0) {
@@ -75,19 +76,23 @@ template <typename Take>
         record.enter(LockPhase::Resting);
         if (error != taken)
             return error;
+        do {
+            patience.rest();
+        } while (!worthATry());
     }
 }
 
 /// The same after an owner that died in phase `left`: a hold of its own passes on at once, and one
 /// in doubt after `takeoverWait`. Until the semaphore is ours the phase stays as it is, so that our
 /// own death here leaves the next one the same knowledge.
-template <typename Take>
+template <typename Take, typename Look>
 [[nodiscard]] ErrorNumber succeed_dead_owner(const LockRecord& record, LockPhase left,
-    std::chrono::milliseconds takeoverWait, ErrorNumber taken, const Take& take)
+    std::chrono::milliseconds takeoverWait, ErrorNumber taken, const Take& take,
+    const Look& worthATry)
 {
     using Clock = std::chrono::steady_clock;
     if (left == LockPhase::Idle || left == LockPhase::Resting)
-        return wait_for_semaphore(record, taken, take);
+        return wait_for_semaphore(record, taken, take, worthATry);
     // One wait from the first doubt on, however many die in it.
     const auto now = Clock::now().time_since_epoch();
     auto since = std::chrono::nanoseconds(record.doubtSince.load(std::memory_order_relaxed));

@@ -244,9 +244,10 @@ ErrorNumber NamedLock::acquire()
         return error;
     const LockRecord record = m_objects->record();
     const auto take = [this] { return m_objects->take_semaphore(); };
+    const auto worthATry = [] { return true; }; // no call of the system, and soon over
     error = ownerDied ? succeed_dead_owner(record, guard.phase.load(std::memory_order_acquire),
-                m_objects->takeoverWait, EAGAIN, take)
-                      : wait_for_semaphore(record, EAGAIN, take);
+                m_objects->takeoverWait, EAGAIN, take, worthATry)
+                      : wait_for_semaphore(record, EAGAIN, take, worthATry);
     if (error != 0)
         ::pthread_mutex_unlock(&guard.mutex);
     return error;

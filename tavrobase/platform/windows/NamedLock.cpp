@@ -53,6 +53,7 @@ struct NamedLock::Objects {
     [[nodiscard]] LockRecord record() const { return { state->phase, state->doubtSince }; }
     /// 0, WAIT_TIMEOUT if somebody else has it, or the failure.
     [[nodiscard]] ErrorNumber take_semaphore() const;
+    [[nodiscard]] bool semaphore_may_be_free() const;
 
     Windows::Handle guard;
     Windows::Handle memory;
@@ -104,6 +105,23 @@ ErrorNumber NamedLock::Objects::take_semaphore() const
     return end == WAIT_FAILED ? Windows::system_number() : static_cast<ErrorNumber>(end);
 }
 
+// To take is a call of the system, in which a waiter spends much of its time; its death there would
+// cost a foreign holder the lock. So it looks first, which no documented call does: without an
+// answer it tries.
+bool NamedLock::Objects::semaphore_may_be_free() const
+{
+    struct Facts {
+        ULONG value, limit;
+    } facts {};
+    constexpr int kBasicFacts = 0;
+    using Query = LONG(NTAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+    static const auto s_query = reinterpret_cast<Query>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA("ntdll"), "NtQuerySemaphore")));
+    return s_query == nullptr
+        || s_query(semaphore.get(), kBasicFacts, &facts, sizeof facts, nullptr) != 0
+        || facts.value > 0;
+}
+
 NamedLock::NamedLock() = default;
 
 NamedLock::~NamedLock()
@@ -151,10 +169,11 @@ ErrorNumber NamedLock::acquire()
         return error;
     const LockRecord record = m_objects->record();
     const auto take = [this] { return m_objects->take_semaphore(); };
+    const auto look = [this] { return m_objects->semaphore_may_be_free(); };
     const LockPhase left = record.phase.load(std::memory_order_acquire);
     const ErrorNumber error = left == LockPhase::Idle
-        ? wait_for_semaphore(record, WAIT_TIMEOUT, take)
-        : succeed_dead_owner(record, left, m_objects->takeoverWait, WAIT_TIMEOUT, take);
+        ? wait_for_semaphore(record, WAIT_TIMEOUT, take, look)
+        : succeed_dead_owner(record, left, m_objects->takeoverWait, WAIT_TIMEOUT, take, look);
     if (error == 0) {
         m_objects->holder = ::GetCurrentThreadId();
     } else {
