@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <memory>
 
 #include <windows.h>
 
@@ -152,20 +153,35 @@ const std::string kStopping
 class RunAtAConsole {
 public:
     explicit RunAtAConsole(const std::string& directory)
-        : m_process("../demo/vortik", "run \"" + directory + '"', m_output)
+        : m_process(std::make_unique<ConsoleProcess>(
+            "../demo/vortik", "run \"" + directory + '"', m_output))
     {
     }
+    ~RunAtAConsole()
+    {
+        m_process.reset();
+        // The console of a program may live a moment longer, and has the output open.
+        (void)wait_until([this] {
+            std::error_code held;
+            return std::filesystem::remove(m_output, held) || !held;
+        });
+    }
+    RunAtAConsole(const RunAtAConsole&) = delete;
+    RunAtAConsole& operator=(const RunAtAConsole&) = delete;
+    RunAtAConsole(RunAtAConsole&&) = delete;
+    RunAtAConsole& operator=(RunAtAConsole&&) = delete;
+
     [[nodiscard]] std::string output() const { return text_of_stream(read_file(m_output)); }
     [[nodiscard]] bool writes(const std::string& text) const
     {
         return wait_until([&] { return output().find(text) != std::string::npos; });
     }
-    [[nodiscard]] const ConsoleProcess& process() const { return m_process; }
+    [[nodiscard]] const ConsoleProcess& process() const { return *m_process; }
 
 private:
     TemporaryDirectory m_directory;
     std::string m_output = m_directory.path("output");
-    ConsoleProcess m_process;
+    std::unique_ptr<ConsoleProcess> m_process;
 };
 
 TEST_F(WholeRuns, CtrlCStopsTheRun)
