@@ -3,6 +3,7 @@
 
 #include "tests/support/Programs.h"
 #include "tests/support/Scopes.h"
+#include "tests/support/Waiting.h"
 
 #include <array>
 #include <filesystem>
@@ -41,6 +42,9 @@ std::string command_line(const RunProcess::Start& how)
 
 struct RunProcess::Process {
     HANDLE handle = nullptr;
+    /// With all that the program starts. One that ends while it starts another leaves it suspended
+    /// for ever, and nobody knows its number.
+    HANDLE job = ::CreateJobObjectA(nullptr, nullptr);
 };
 
 RunProcess::RunProcess()
@@ -50,11 +54,17 @@ RunProcess::RunProcess()
 
 RunProcess::~RunProcess()
 {
-    if (m_process->handle != nullptr) {
-        ::TerminateProcess(m_process->handle, kKilled);
-        ::WaitForSingleObject(m_process->handle, INFINITE);
+    ::TerminateJobObject(m_process->job, kKilled);
+    (void)wait_until([this] { // their files are removed next
+        JOBOBJECT_BASIC_ACCOUNTING_INFORMATION facts {};
+        return ::QueryInformationJobObject(m_process->job, JobObjectBasicAccountingInformation,
+                   &facts, sizeof facts, nullptr)
+            == 0
+            || facts.ActiveProcesses == 0;
+    });
+    ::CloseHandle(m_process->job);
+    if (m_process->handle != nullptr)
         ::CloseHandle(m_process->handle);
-    }
 }
 
 void RunProcess::start(const Start& how)
@@ -73,14 +83,17 @@ void RunProcess::start(const Start& how)
     const auto file = std::filesystem::path(how.directory) / (how.file + program_ending());
     std::string line = command_line(how); // the system writes to it
     PROCESS_INFORMATION process {};
-    const bool started = ::CreateProcessA(file.string().c_str(), line.data(), nullptr, nullptr,
-                             TRUE, 0, nullptr, how.directory.c_str(), &start, &process)
+    const bool started
+        = ::CreateProcessA(file.string().c_str(), line.data(), nullptr, nullptr, TRUE,
+              CREATE_SUSPENDED, nullptr, how.directory.c_str(), &start, &process)
         != 0;
     const DWORD error = ::GetLastError();
     ::CloseHandle(start.hStdInput);
     ::CloseHandle(start.hStdOutput);
     if (!started)
         throw std::runtime_error(how.file + " is not started: " + std::to_string(error));
+    ::AssignProcessToJobObject(m_process->job, process.hProcess);
+    ::ResumeThread(process.hThread);
     ::CloseHandle(process.hThread);
     m_process->handle = process.hProcess;
 }
