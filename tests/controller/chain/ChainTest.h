@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <thread>
 
@@ -76,20 +77,28 @@ protected:
         EXPECT_EQ(left.slots, 0);
         EXPECT_EQ(left.attachments, 0);
     }
-    /// All runs are looked at side by side until the last has ended.
-    static void finish(const std::vector<FrontEnd*>& runs)
+    /// Looks at all runs, side by side, until `done`, which is told whether any still runs. A look
+    /// takes the lock that the programs of all runs want, so looks are rare. False after minutes.
+    static bool watch(
+        const std::vector<FrontEnd*>& runs, const std::function<bool(bool anyRuns)>& done)
     {
-        // Each look takes the lock that the programs of all runs want: looks are rare.
         using Clock = std::chrono::steady_clock;
         const auto deadline = Clock::now() + std::chrono::minutes(4); // they may be many
-        bool any = true;
-        while (any && Clock::now() < deadline) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            any = false;
+        for (;;) {
+            bool any = false;
             for (FrontEnd* run : runs)
                 any = run->runs() || any;
+            if (done(any))
+                return true;
+            if (Clock::now() > deadline)
+                return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
         }
-        EXPECT_FALSE(any);
+    }
+    /// Until the last has ended.
+    static void finish(const std::vector<FrontEnd*>& runs)
+    {
+        EXPECT_TRUE(watch(runs, [](bool anyRuns) { return !anyRuns; }));
         expect_nothing_left(runs);
     }
 };

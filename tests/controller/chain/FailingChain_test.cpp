@@ -72,9 +72,7 @@ TEST_F(ChainTest, ProgramThatIsKilledHasFailed)
             { "VORTIK_STANDIN_PACE=0", "VORTIK_STANDIN_FAULT=Vortik_Extractor:crash" });
         FrontEnd second(real_controller(), killed.path(), chain_case(),
             { "VORTIK_STANDIN_PACE=0", "VORTIK_STANDIN_FAULT=Vortik_Solver:hang" });
-        EXPECT_TRUE(wait_until([&] {
-            (void)first.runs();
-            (void)second.runs();
+        EXPECT_TRUE(watch({ &first, &second }, [&second](bool) {
             return second.text("Process_Output/Vortik_Solver.out").ends_with("hanging on demand\n");
         }));
         EXPECT_EQ(second.kill_child(), "Vortik_Solver");

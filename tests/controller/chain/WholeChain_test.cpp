@@ -247,9 +247,7 @@ protected:
         FrontEnd& adaptive = start(m_adaptiveRun, m_adaptive, adaptive_case());
         // Slow from step 10 on, so after the restart file of step 8.
         FrontEnd& stopped = start(m_stoppedRun, m_stopped, chain_case(), "Vortik_Solver:slow");
-        EXPECT_TRUE(wait_until([&] {
-            for (FrontEnd* run : { &fresh, &adaptive, &stopped })
-                (void)run->runs(); // looks at the link
+        EXPECT_TRUE(watch({ &fresh, &adaptive, &stopped }, [&stopped](bool) {
             return stopped.text("Process_Output/Vortik_Solver.out").ends_with("slow on demand\n");
         }));
         stopped.ask_to_stop();
