@@ -116,7 +116,8 @@ std::optional<DWORD> run_again(const std::string& replay)
 Outcome outcome_of(const std::string& replay, std::optional<DWORD> code)
 {
     if (!file_exists(replay + ".err"))
-        throw std::runtime_error("the test did not come to the same call of run_isolated again");
+        throw std::runtime_error("the test did not come to the same call of run_isolated again: "
+            + (code ? "its process ended with " + std::to_string(*code) : "it was killed"));
     Outcome outcome;
     outcome.out = read_file(replay + ".out");
     outcome.err = read_file(replay + ".err");
