@@ -10,12 +10,15 @@
 #include "geometry/SurfaceOutput.h"
 #include "geometry/TriangleCloud.h"
 #include "tavrobase/StringUtilities.h"
+#include "tavrobase/Surveillance.h"
 
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace Frontend {
 
@@ -141,10 +144,15 @@ std::optional<Form> form_of(const std::string& path)
     return std::nullopt;
 }
 
+std::string text_of(const std::error_code& error)
+{
+    return Tavro::error_text(error.default_error_condition().value());
+}
+
 /// Lets `write` make a file of that name in a directory of its own beside the place where it
-/// belongs, and moves it there once it is whole.
+/// belongs, and moves it there once it is whole. False, with the system's reason, if that failed.
 template <typename Write>
-bool write_whole(const std::string& path, Write write)
+bool write_whole(const std::string& path, std::string& reason, Write write)
 {
     namespace fs = std::filesystem;
     const std::string name = path.substr(directory_of(path).size());
@@ -156,11 +164,18 @@ bool write_whole(const std::string& path, Write write)
         beside = path + ".part" + std::to_string(i);
         made = fs::create_directory(beside, error);
     }
-    if (!made)
+    if (!made) {
+        reason = error ? text_of(error) : "no name is free beside it";
         return false;
+    }
+    errno = 0; // what writes there does not say why the system refused
     const bool good = write((beside / name).string());
     if (good)
         fs::rename(beside / name, path, error);
+    else
+        error = { errno, std::generic_category() };
+    if (error)
+        reason = text_of(error);
     std::error_code ignored; // what stays of it is only room on the disk
     fs::remove_all(beside, ignored);
     return good && !error;
@@ -176,15 +191,15 @@ bool write_surface(const std::string& path, const Tavro::RefPtr<Surface>& surfac
     for (const std::size_t i : { 0U, 5U, 10U, 15U })
         identity[i] = Tavro::Matrix44<double>::s_1;
     const Tavro::PlacedSurfaces<double> placed { { surface, identity } };
-    const bool good = write_whole(path, [&](const std::string& name) {
+    std::string reason;
+    const bool good = write_whole(path, reason, [&](const std::string& name) {
         Tavro::FilePath file;
         file += name;
-        std::string error;
-        return form == Form::P3D ? Tavro::OutputToFile_P3D_ASC_VRK_MZ<double>(file, placed, error)
-                                 : Tavro::OutputToFile_STL_Binary<double>(file, placed, error);
+        return form == Form::P3D ? Tavro::OutputToFile_P3D_ASC_VRK_MZ<double>(file, placed, reason)
+                                 : Tavro::OutputToFile_STL_Binary<double>(file, placed, reason);
     });
     if (!good)
-        diagnostics.error({ path }, "the file cannot be written");
+        diagnostics.error({ path }, "the file cannot be written: " + reason);
     return good;
 }
 

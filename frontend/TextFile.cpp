@@ -122,9 +122,10 @@ bool write_bytes(const std::string& path, std::string_view bytes, Diagnostics& d
     // Not normalised: the name is the user's, as the shell gave it.
     Tavro::FilePath file;
     file += path;
-    if (Tavro::writeFileAtomically(file, bytes))
+    std::string reason;
+    if (Tavro::writeFileAtomically(file, bytes, reason))
         return true;
-    diagnostics.error({ path }, "the file cannot be written");
+    diagnostics.error({ path }, "the file cannot be written: " + reason);
     return false;
 }
 

@@ -33,7 +33,8 @@ inline constexpr FileKind kBodyFile { "an STL or OBJ file", 8192 };
 /// Whether an output may be written: it does not exist, or `force` is given. Else an error.
 [[nodiscard]] bool may_write(const std::string& path, bool force, Diagnostics& diagnostics);
 
-/// Makes a file of these bytes: completely or, with an error, not at all.
+/// Makes a file of these bytes: completely or, with an error that has the system's reason, not at
+/// all.
 [[nodiscard]] bool write_bytes(
     const std::string& path, std::string_view bytes, Diagnostics& diagnostics);
 

@@ -8,11 +8,17 @@ namespace Tavro {
 
 bool writeFileAtomically(const FilePath& file, std::string_view bytes)
 {
+    std::string ignored; // it has been reported
+    return writeFileAtomically(file, bytes, ignored);
+}
+
+bool writeFileAtomically(const FilePath& file, std::string_view bytes, std::string& reason)
+{
     const auto error = Platform::write_atomically(file.Get(), bytes);
     if (error == 0)
         return true;
-    PrintErrorDebugHelper(
-        1, "Unable to write file " + file.Get() + ": " + Platform::error_text(error));
+    reason = Platform::error_text(error);
+    PrintErrorDebugHelper(1, "Unable to write file " + file.Get() + ": " + reason);
     return false;
 }
 

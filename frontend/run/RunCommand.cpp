@@ -129,9 +129,9 @@ int run_command(const RunOptions& options)
             "asked to end before the run had begun; nothing has been changed", kStopped);
     if (const std::string doubt = doubt_about_restart(*prepared); !doubt.empty())
         display.tell("other_case", doubt, "," + json_member("parts", prepared->changed));
-    tell_cleaning(*prepared, display);
     reason.clear();
-    auto run = start_run(*prepared, reason);
+    auto run = start_run(
+        *prepared, [&] { tell_cleaning(*prepared, display); }, reason);
     if (!reason.empty())
         complain(reason, kFailed);
     if (!run)

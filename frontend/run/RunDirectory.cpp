@@ -91,15 +91,18 @@ std::string remembered_text(const std::string& root)
     return text;
 }
 
-bool remember_text(const std::string& root, const std::string& text)
+bool remember_text(const std::string& root, const std::string& text, std::string& reason)
 {
+    if (!text.empty())
+        return Tavro::writeFileAtomically(Tavro::AsWritten(record_file(root)), text, reason);
     std::error_code error;
-    if (text.empty())
-        return std::filesystem::remove(Tavro::SystemPath(record_file(root)), error) || !error;
-    return Tavro::writeFileAtomically(Tavro::AsWritten(record_file(root)), text);
+    std::filesystem::remove(Tavro::SystemPath(record_file(root)), error);
+    if (error)
+        reason = Tavro::error_text(error.default_error_condition().value());
+    return !error;
 }
 
-bool remember_run(const std::string& root, const RunRecord& record)
+bool remember_run(const std::string& root, const RunRecord& record, std::string& reason)
 {
     std::string text = std::string(kFirstLine) + "\ncase " + record.caseFile + "\nname "
         + record.caseName + "\ncompletion " + record.completionFile + "\nhost " + record.host
@@ -117,7 +120,7 @@ bool remember_run(const std::string& root, const RunRecord& record)
     for (const FileMark& mark : record.found.value_or(std::vector<FileMark> {}))
         text += "file " + std::to_string(mark.time) + ' ' + std::to_string(mark.size) + ' '
             + mark.file + '\n';
-    return remember_text(root, text);
+    return remember_text(root, text, reason);
 }
 
 namespace {

@@ -74,10 +74,13 @@ struct RunRecord {
 /// What is remembered of the run, as it stands; empty if there is nothing. `remember_text` puts it
 /// back.
 [[nodiscard]] std::string remembered_text(const std::string& root);
-/// False if it could not be written. Nothing to remember takes the file away.
-[[nodiscard]] bool remember_text(const std::string& root, const std::string& text);
-/// False if it could not be written.
-[[nodiscard]] bool remember_run(const std::string& root, const RunRecord& record);
+/// False, with the system's reason, if it could not be written. Nothing to remember takes the file
+/// away.
+[[nodiscard]] bool remember_text(
+    const std::string& root, const std::string& text, std::string& reason);
+/// The same.
+[[nodiscard]] bool remember_run(
+    const std::string& root, const RunRecord& record, std::string& reason);
 /// Nothing if no run is known, or what is kept of it has been damaged.
 [[nodiscard]] std::optional<RunRecord> recall_run(const std::string& root);
 

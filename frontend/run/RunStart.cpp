@@ -80,7 +80,7 @@ std::optional<PreparedRun> prepare_run(
         return std::nullopt;
     }
     // The controller is given the path as text, in which these characters are special to it.
-    if (Tavro::FilePath(binary_case(*root)).Get() != binary_case(*root)) {
+    if (Tavro::FilePath(link_key(*root).Get()).Get() != link_key(*root).Get()) {
         reason = "a run cannot be in a directory whose path has \"~\", which is HOME to the "
                  "controller, or a backslash: "
             + *root;
@@ -159,7 +159,8 @@ RunRecord first_record(const PreparedRun& run)
 
 } // namespace
 
-std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
+std::optional<RunInSight> start_run(
+    PreparedRun& run, const std::function<void()>& announce, std::string& reason)
 {
     RunInSight started { run.root, first_record(run), nullptr, true };
     LinkManager::Result result {};
@@ -175,9 +176,10 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
 
     const std::string caseFile = binary_case(run.root);
     std::ostringstream bytes;
+    std::string cause = "its completion path is too long"; // if no file fails
     if (!VRK::write_case(bytes, run.input)
-        || !Tavro::writeFileAtomically(Tavro::AsWritten(caseFile), bytes.str())) {
-        reason = "the case file " + caseFile + " cannot be written";
+        || !Tavro::writeFileAtomically(Tavro::AsWritten(caseFile), bytes.str(), cause)) {
+        reason = "the case file " + caseFile + " cannot be written: " + cause;
         return std::nullopt;
     }
     const std::string formerRecord = remembered_text(run.root);
@@ -186,11 +188,13 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
     started.record.link = started.link->GetLinkID();
     started.record.since = write_time(caseFile).value_or(0);
     // Before the controller: whoever comes when this process has been killed must know of the run.
-    if (!remember_run(run.root, started.record)) {
-        reason = "what is to be remembered of the run cannot be written in " + run.root;
+    if (!remember_run(run.root, started.record, cause)) {
+        reason
+            = "what is to be remembered of the run cannot be written in " + run.root + ": " + cause;
         fs::remove(Tavro::SystemPath(caseFile), error);
         return std::nullopt;
     }
+    announce(); // only now, since a run that could not be written down takes nothing away
     // The last word of an earlier run must not be taken for that of this one.
     fs::remove(Tavro::SystemPath(run.completionFile), error);
 
@@ -199,15 +203,15 @@ std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason)
     if (child.pid < 0) {
         reason = program + " cannot be started: " + Tavro::error_text(child.error);
         fs::remove(Tavro::SystemPath(caseFile), error);
-        (void)remember_text(run.root, formerRecord); // it tells of the run before, if of any
+        (void)remember_text(run.root, formerRecord, cause); // it tells of the run before, if of any
         return std::nullopt;
     }
     formerWord.give_up();
     started.record.controller = child.pid;
     started.record.mark = Tavro::process_mark(child.pid);
-    if (!remember_run(run.root, started.record))
+    if (!remember_run(run.root, started.record, cause))
         // It runs all the same; others find it by its link.
-        reason = "the controller's process cannot be noted in " + run.root;
+        reason = "the controller's process cannot be noted in " + run.root + ": " + cause;
     return started;
 }
 

@@ -4,6 +4,7 @@
 #include "case/ControllerInput.h"
 #include "frontend/run/RunInSight.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,8 +32,9 @@ struct PreparedRun {
 [[nodiscard]] std::optional<PreparedRun> prepare_run(
     const std::string& caseFile, VRK::ControllerInput input, bool restart, std::string& reason);
 
-/// Makes the link, writes the case file and starts the controller. Null, with the reason, if that
-/// failed; nothing has begun then.
-[[nodiscard]] std::optional<RunInSight> start_run(PreparedRun& run, std::string& reason);
+/// Makes the link, writes the case file and starts the controller; before anything is taken away it
+/// calls `announce`. Null, with the reason, if that failed; nothing has begun then.
+[[nodiscard]] std::optional<RunInSight> start_run(
+    PreparedRun& run, const std::function<void()>& announce, std::string& reason);
 
 } // namespace Frontend

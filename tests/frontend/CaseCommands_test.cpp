@@ -163,7 +163,8 @@ TEST_F(CaseCommands, BuildIntoAMissingDirectoryFails)
     write("plain.toml", kPlainCase);
     const auto outcome = run({ "build", "plain.toml", "-o", "none/plain.bin" });
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, "none/plain.bin: the file cannot be written\n");
+    EXPECT_EQ(
+        outcome.err, "none/plain.bin: the file cannot be written: No such file or directory\n");
 }
 
 TEST_F(CaseCommands, ShowGivesATextThatBuildsTheSameBytes)

@@ -2,6 +2,7 @@
 // What the program makes of the words and streams that it is started with.
 #include "tests/airfoil/TableTexts.h"
 #include "tests/frontend/Vortik.h"
+#include "tests/support/FailingCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -118,6 +119,36 @@ TEST(CommandLine, OutputThatCannotBeWrittenIsAFailure)
     });
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "vortik: the output cannot be written\n");
+}
+
+/// What the program does in a directory of a disk on which no file can have more than 4 KiB.
+Testing::Outcome run_in_want_of_room(
+    const std::string& directory, const std::vector<std::string>& arguments)
+{
+    return Testing::run_isolated([&] {
+        if (::chdir(directory.c_str()) != 0 || !Testing::limit_file_size(4096))
+            ::_exit(99);
+        const std::string program = Testing::program_beside_this("vortik");
+        std::vector<char*> words { const_cast<char*>("vortik") };
+        for (const std::string& word : arguments)
+            words.push_back(const_cast<char*>(word.c_str()));
+        words.push_back(nullptr);
+        ::execv(program.c_str(), words.data());
+    });
+}
+
+TEST(CommandLine, AFileThatTheDiskDoesNotTakeIsReportedWithTheSystemsReason)
+{
+    const Testing::TemporaryDirectory directory;
+    ASSERT_EQ(run_vortik(directory.path(), { "new", "s", "--example", "sphere" }).status, 0);
+    for (const std::string name : { "a.vtk", "a.stl", "a.p3d" }) {
+        const auto outcome = run_in_want_of_room(
+            directory.path(), { "surface", "s/sphere.stl", "--level", "4", "-o", name });
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.err.substr(outcome.err.find(name)),
+            name + ": the file cannot be written: File too large\n");
+    }
+    EXPECT_EQ(Testing::names_in(directory.path()), std::vector<std::string> { "s" });
 }
 
 TEST(CommandLine, PrintingThatNobodyReadsEndsAsThatOfOtherProgramsDoes)

@@ -212,7 +212,7 @@ TEST_F(SurfaceCommand, AnOutputThatCannotBeWrittenFails)
         const auto outcome = run({ "surface", "s/sphere.stl", "--level", "2", "-o", name });
         EXPECT_EQ(outcome.status, 1);
         EXPECT_EQ(outcome.err.substr(outcome.err.find(name)),
-            std::string(name) + ": the file cannot be written\n");
+            std::string(name) + ": the file cannot be written: No such file or directory\n");
     }
 }
 

@@ -89,11 +89,25 @@ TEST_F(BadRun, ThatCannotBeRememberedDoesNotBegin)
 {
     const std::string root = make_case("unwritable", 20);
     Testing::make_directory(root + "/.vortik-run");
-    const std::string said = tidy(all_of({ "run", root }), root);
-    EXPECT_TRUE(said.ends_with(
-        "vortik: what is to be remembered of the run cannot be written in DIR\nstatus 1\n"))
-        << said;
-    EXPECT_EQ(names_in(root), (Names { ".vortik-run", "case.toml", "cube.obj" }));
+    Testing::make_directory(root + "/Restarts");
+    Testing::write_file(root + "/Restarts/a.Rst", "mine");
+    // Nothing is said of a cleaning that does not come.
+    EXPECT_EQ(tidy(all_of({ "run", root, "--force" }), root),
+        "vortik: what is to be remembered of the run cannot be written in DIR: Is a directory\n"
+        "status 1\n");
+    EXPECT_EQ(names_in(root), (Names { ".vortik-run", "Restarts", "case.toml", "cube.obj" }));
+    EXPECT_EQ(Testing::read_file(root + "/Restarts/a.Rst"), "mine");
+}
+
+TEST_F(BadRun, WhoseCaseFileCannotBeWrittenDoesNotBegin)
+{
+    const std::string root = make_case("in the way", 20);
+    Testing::make_directory(root + "/.vortik-case");
+    Testing::make_directory(root + "/Restarts");
+    Testing::write_file(root + "/Restarts/a.Rst", "mine");
+    EXPECT_EQ(tidy(all_of({ "run", root, "--force" }), root),
+        "vortik: the case file DIR/.vortik-case cannot be written: Is a directory\nstatus 1\n");
+    EXPECT_EQ(names_in(root), (Names { ".vortik-case", "Restarts", "case.toml", "cube.obj" }));
 }
 
 TEST_F(BadRun, WhoseControllerCannotBeStartedLeavesWhatIsKnownOfTheLastOne)

@@ -46,7 +46,8 @@ TEST(RunDirectory, RemembersARunInASmallTextFile)
         "12@34", 5, -70, { { -90, -80 } }, { "1a", "2b", "3c" },
         { { "Grid_Output/Tree Gen.err", 17, "4d" } },
         { { { "Solver_Input/my cube.Tgrid", 3, -75 } } }, "5e" };
-    ASSERT_TRUE(remember_run(home.path(), record));
+    std::string reason;
+    ASSERT_TRUE(remember_run(home.path(), record, reason));
     const std::string text
         = "vortik run 1\ncase /a b/case.toml\nname cube\ncompletion /a b/.vortik-completion\n"
           "host host\ncontroller 12\nmark 12@34\nlink 5\nsince -70\ngrid 1a\nboundaries 2b\n"
@@ -78,9 +79,9 @@ TEST(RunDirectory, RemembersARunInASmallTextFile)
     EXPECT_EQ(again->found->front().size, 3U);
     EXPECT_EQ(again->found->front().time, -75);
     EXPECT_EQ(again->uncleaned, "5e");
-    EXPECT_TRUE(remember_text(home.path(), ""));
+    EXPECT_TRUE(remember_text(home.path(), "", reason));
     EXPECT_FALSE(Testing::file_exists(home.path(".vortik-run")));
-    EXPECT_TRUE(remember_text(home.path(), "")); // nothing to take away
+    EXPECT_TRUE(remember_text(home.path(), "", reason)); // nothing to take away
 }
 
 TEST(RunDirectory, KnowsARunOfAnOlderFrontEndWithoutItsTimes)
@@ -273,13 +274,14 @@ TEST(RunRecord, FollowsItsDirectoryToAnotherPlace)
     record.completionFile = then + "/.vortik-completion";
     for (const char* name : { "/case.toml", "/.vortik-completion" })
         write_file(now + name, "8\n");
-    EXPECT_TRUE(remember_run(now, record));
+    std::string reason;
+    EXPECT_TRUE(remember_run(now, record, reason));
     EXPECT_EQ(recall_run(now)->caseFile, now + "/case.toml");
     EXPECT_EQ(recall_run(now)->completionFile, now + "/.vortik-completion");
     // What lay elsewhere, or has not come along, stays where it was.
     std::filesystem::remove(now + "/case.toml");
     record.completionFile = home.path("done.txt");
-    EXPECT_TRUE(remember_run(now, record));
+    EXPECT_TRUE(remember_run(now, record, reason));
     EXPECT_EQ(recall_run(now)->caseFile, then + "/case.toml");
     EXPECT_EQ(recall_run(now)->completionFile, home.path("done.txt"));
 }
