@@ -2,11 +2,16 @@
 // The one source that knows the mesh library.
 #include "frontend/MeshFile.h"
 
+#include "frontend/PlainMesh.h"
+#include "frontend/TextFile.h"
+
 #include <assimp/Importer.hpp>
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 
 namespace Frontend {
 
@@ -29,10 +34,27 @@ void append(const aiMesh& mesh, Facets& facets)
     }
 }
 
+/// The triangles of an STL text whose words have capitals, which the library does not take for one.
+/// Nothing if the file is anything else.
+std::optional<std::string> read_capitals(const std::string& path, Facets& facets)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes(1024, ' ');
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    if (!is_stl_in_capitals(bytes))
+        return std::nullopt;
+    file.clear();
+    bytes.append(std::istreambuf_iterator<char>(file), {});
+    return file.bad() ? "it cannot be read to its end" : read_stl(bytes, facets);
+}
+
 } // namespace
 
 std::string read_mesh_file(const std::string& path, Facets& facets)
 {
+    if (const auto reason = has_ending(path, ".stl") ? read_capitals(path, facets) : std::nullopt)
+        return *reason;
     Assimp::Importer importer;
     const aiScene* scene = importer.ReadFile(path, aiProcess_Triangulate);
     if (scene == nullptr) {

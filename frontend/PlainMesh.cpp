@@ -3,6 +3,7 @@
 
 #include "frontend/PolygonCutting.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -71,6 +72,13 @@ std::optional<Number> number_of(std::string_view word)
     return number;
 }
 
+/// Whether a word is this one, which is in small letters; some programs write it in capitals.
+bool is_word(std::string_view word, std::string_view small)
+{
+    return std::equal(word.begin(), word.end(), small.begin(), small.end(),
+        [](char a, char b) { return a == b || (a >= 'A' && a <= 'Z' && a - 'A' + 'a' == b); });
+}
+
 std::optional<Point> point_of(Words& words)
 {
     Point point {};
@@ -122,6 +130,19 @@ std::optional<std::size_t> index_of(std::string_view word, std::size_t points)
 
 } // namespace
 
+bool is_stl_in_capitals(std::string_view head)
+{
+    Words words(head);
+    std::string_view first;
+    while (first.empty() && words.next_line())
+        first = words.word();
+    std::string_view next;
+    while (next.empty() && words.next_line())
+        next = words.word();
+    return is_word(first, "solid")
+        && (first != "solid" || (is_word(next, "facet") && next != "facet"));
+}
+
 std::string read_stl(std::string_view bytes, Facets& facets)
 {
     if (is_binary(bytes)) {
@@ -133,20 +154,20 @@ std::string read_stl(std::string_view bytes, Facets& facets)
     bool solid = false;
     while (words.next_line()) {
         for (std::string_view word = words.word(); !word.empty(); word = words.word()) {
-            if (word == "solid") {
+            if (is_word(word, "solid")) {
                 solid = true;
                 break; // what follows is a name
             }
             if (!solid)
                 return "it is neither a binary STL file of the size that it tells nor one of words";
-            if (word == "endsolid")
+            if (is_word(word, "endsolid"))
                 break;
-            if (word == "vertex") {
+            if (is_word(word, "vertex")) {
                 const auto point = point_of(words);
                 if (!point)
                     return words.at("a vertex without three numbers");
                 corners.push_back(*point);
-            } else if (word == "endloop") {
+            } else if (is_word(word, "endloop")) {
                 if (corners.size() != 3)
                     return words.at("the end of a facet that has not three corners");
                 facets.push_back({ corners[0], corners[1], corners[2] });

@@ -9,8 +9,12 @@
 
 namespace Frontend {
 
+/// Whether the first bytes of a file are those of an STL text whose words have capitals, such as
+/// "SOLID" or "Facet".
+[[nodiscard]] bool is_stl_in_capitals(std::string_view head);
+
 /// Appends the triangles of the bytes of an STL file, of either form, in their order. Empty, or why
-/// they cannot be read. Coordinates have 24 bits.
+/// they cannot be read. Coordinates have 24 bits; words may have capitals.
 [[nodiscard]] std::string read_stl(
     std::string_view bytes, std::vector<Tavro::Facet<double, 3, 3>>& facets);
 

@@ -72,6 +72,22 @@ TEST(BodyFile, AnStlTextGivesItsTrianglesInOrder)
     EXPECT_EQ(numbers(read.facets), kTwoFacetNumbers);
 }
 
+TEST(BodyFile, AnStlTextInCapitalsGivesTheSame)
+{
+    std::string text = kTwoFacets;
+    for (char& c : text)
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    for (const std::string& bytes : { text, "solid x" + text.substr(text.find('\n')) }) {
+        const auto read = read_body("two.stl", bytes);
+        EXPECT_EQ(read.reported, "");
+        EXPECT_EQ(numbers(read.facets), kTwoFacetNumbers);
+    }
+    const auto broken = read_body("two.stl", text.substr(0, text.rfind("VERTEX")));
+    EXPECT_TRUE(broken.reported.ends_with(
+        "cannot be read: it ends within a facet; expected an STL or OBJ file\n"))
+        << broken.reported;
+}
+
 TEST(BodyFile, AnEndingInCapitalsIsAnEndingToo)
 {
     EXPECT_EQ(read_body("TWO.STL", kTwoFacets).facets.size(), 2U);

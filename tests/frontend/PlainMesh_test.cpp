@@ -73,9 +73,29 @@ std::string binary_facet()
         + zero + half + zero + minus_two + half + "\0\0"s;
 }
 
+std::string in_capitals(std::string text)
+{
+    for (char& c : text)
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    return text;
+}
+
 TEST(PlainMesh, TextOfAnStlFileGivesItsTriangles)
 {
     EXPECT_EQ(numbers_of_stl(kFacet), kFacetNumbers);
+    EXPECT_EQ(numbers_of_stl(in_capitals(kFacet)), kFacetNumbers);
+    EXPECT_EQ(fault_of_stl("SOLID s\nVERTEX 1 2\n"), "a vertex without three numbers in line 2");
+}
+
+TEST(PlainMesh, KnowsAnStlTextByItsCapitals)
+{
+    EXPECT_TRUE(Frontend::is_stl_in_capitals("\n SOLID x\n facet"));
+    EXPECT_TRUE(Frontend::is_stl_in_capitals("solid x\n\n\tFacet Normal 0 0 1"));
+    EXPECT_FALSE(Frontend::is_stl_in_capitals("solid X\n facet"));
+    EXPECT_FALSE(Frontend::is_stl_in_capitals("solid FACET\n"));
+    EXPECT_FALSE(Frontend::is_stl_in_capitals("SOLIDS\n"));
+    EXPECT_FALSE(Frontend::is_stl_in_capitals(binary_facet()));
+    EXPECT_FALSE(Frontend::is_stl_in_capitals(""));
 }
 
 TEST(PlainMesh, BinaryStlFileGivesItsTriangles)
