@@ -74,7 +74,7 @@ int airfoil_clean_command(const std::string& path, const std::string& output, bo
     const std::string directory = directory_of(path);
     const std::string target
         = output.empty() ? directory + '.' + path.substr(directory.size()) : output;
-    if (!may_write(target, force, diagnostics))
+    if (!may_write(target, force, diagnostics, { path }))
         return failed(diagnostics, kBadInput);
     if (!write_bytes(target, table_text(found->lines, found->before), diagnostics))
         return failed(diagnostics, kFailed);

@@ -48,9 +48,10 @@ std::string summary(const VRK::ControllerInput& record)
 }
 
 /// The record, or nothing and all that is wrong on the error stream.
-std::optional<VRK::ControllerInput> read_and_tell(const std::string& path, Diagnostics& diagnostics)
+std::optional<VRK::ControllerInput> read_and_tell(
+    const std::string& path, Diagnostics& diagnostics, std::vector<std::string>& files)
 {
-    auto record = read_case_text(path, diagnostics);
+    auto record = read_case_text(path, diagnostics, files);
     diagnostics.print(std::cerr);
     if (!record)
         std::cerr << case_file(path) << ": " << findings(diagnostics) << '\n';
@@ -62,7 +63,8 @@ std::optional<VRK::ControllerInput> read_and_tell(const std::string& path, Diagn
 int check_case_command(const std::string& path)
 {
     Diagnostics diagnostics;
-    const auto record = read_and_tell(path, diagnostics);
+    std::vector<std::string> files;
+    const auto record = read_and_tell(path, diagnostics, files);
     if (!record)
         return kBadInput;
     const std::string found = findings(diagnostics);
@@ -80,7 +82,8 @@ int list_keys_command()
 int build_case_command(const std::string& path, const std::string& output, bool force)
 {
     Diagnostics diagnostics;
-    const auto record = read_and_tell(path, diagnostics);
+    std::vector<std::string> files;
+    const auto record = read_and_tell(path, diagnostics, files);
     if (!record)
         return kBadInput;
     Diagnostics writing;
@@ -89,7 +92,7 @@ int build_case_command(const std::string& path, const std::string& output, bool 
         writing.error({ output }, "this is the name of a readable case",
             "another ending for the binary one, such as .bin");
     // The one way in which this fails, a completion path that is too long, has been reported above.
-    if (writing.failed() || !may_write(output, force, writing)
+    if (writing.failed() || !may_write(output, force, writing, files)
         || !VRK::write_case(stream, *record)) {
         writing.print(std::cerr);
         return kBadInput;

@@ -467,8 +467,8 @@ private:
         } else if (file != nullptr && facets != nullptr) {
             fault(*file, R"("file" and "facets" are given for one body)", "one of them");
         } else if (file != nullptr && m_case.sound(path + ".file")) {
-            read_body_file(path_from(directory_around(m_file), from_home(source.file)), at(*file),
-                m_diagnostics, target.m_vecFacets);
+            m_case.bodyFiles.push_back(path_from(directory_around(m_file), from_home(source.file)));
+            read_body_file(m_case.bodyFiles.back(), at(*file), m_diagnostics, target.m_vecFacets);
         }
         bool sound = m_diagnostics.errors() == before;
         for (const char* key : { ".file", ".scale", ".rotate", ".translate" })

@@ -34,18 +34,44 @@ bool is_binary(const std::string& path, const std::string& bytes, Diagnostics& d
     return true;
 }
 
+void add_files(const CaseTree& read, const std::string& directory, std::vector<std::string>& files)
+{
+    files.insert(files.end(), read.bodyFiles.begin(), read.bodyFiles.end());
+    for (const VRK::RotorData& rotor : read.record.m_vecRotors) {
+        for (const std::string& table : rotor.m_vecAftFile)
+            files.push_back(path_from(directory, table));
+    }
+    if (!read.record.m_strRestartFile.empty())
+        files.push_back(path_from(directory, read.record.m_strRestartFile));
+}
+
 } // namespace
 
 std::optional<VRK::ControllerInput> read_case_text(
     const std::string& path, Diagnostics& diagnostics)
 {
+    std::vector<std::string> unused;
+    return read_case_text(path, diagnostics, unused);
+}
+
+std::optional<VRK::ControllerInput> read_case_text(
+    const std::string& path, Diagnostics& diagnostics, std::vector<std::string>& files)
+{
     const std::string file = case_file(path);
+    files.push_back(file);
     const auto text = read_text(file, kReadableCase, diagnostics);
-    return text ? case_of_text(*text, file, diagnostics) : std::nullopt;
+    return text ? case_of_text(*text, file, diagnostics, files) : std::nullopt;
 }
 
 std::optional<VRK::ControllerInput> case_of_text(
     const std::string& text, const std::string& file, Diagnostics& diagnostics)
+{
+    std::vector<std::string> unused;
+    return case_of_text(text, file, diagnostics, unused);
+}
+
+std::optional<VRK::ControllerInput> case_of_text(const std::string& text, const std::string& file,
+    Diagnostics& diagnostics, std::vector<std::string>& files)
 {
     if (is_binary(file, text, diagnostics))
         return std::nullopt;
@@ -55,6 +81,7 @@ std::optional<VRK::ControllerInput> case_of_text(
     CaseTree read = read_case_tree(*tree, file, diagnostics);
     check_case(read, directory_around(file), diagnostics);
     check_bodies(read, diagnostics);
+    add_files(read, directory_around(file), files);
     if (diagnostics.failed())
         return std::nullopt;
     return std::move(read.record);

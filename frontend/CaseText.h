@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Frontend {
 
@@ -21,8 +22,16 @@ namespace Frontend {
 [[nodiscard]] std::optional<VRK::ControllerInput> read_case_text(
     const std::string& path, Diagnostics& diagnostics);
 
+/// The same; `files` gets those that the case is made from: itself, and its bodies, airfoil tables
+/// and restart file.
+[[nodiscard]] std::optional<VRK::ControllerInput> read_case_text(
+    const std::string& path, Diagnostics& diagnostics, std::vector<std::string>& files);
+
 /// The same of the text of a file with that name.
 [[nodiscard]] std::optional<VRK::ControllerInput> case_of_text(
     const std::string& text, const std::string& file, Diagnostics& diagnostics);
+/// And with the files that it names.
+[[nodiscard]] std::optional<VRK::ControllerInput> case_of_text(const std::string& text,
+    const std::string& file, Diagnostics& diagnostics, std::vector<std::string>& files);
 
 } // namespace Frontend

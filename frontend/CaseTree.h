@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace Frontend {
 
@@ -33,6 +34,7 @@ struct CaseTree {
     /// Keys whose values are not what the author meant, which has been reported: they are wrong, or
     /// missing though they must be given. The record has defaults there.
     std::set<std::string> faulty;
+    std::vector<std::string> bodyFiles; ///< as they were looked for, also if they are none
     bool incomplete = false; ///< keys may have been lost with what could not be understood
 
     /// Of a key that the text does not have, the place of the innermost table around it.

@@ -32,6 +32,7 @@ struct NamedFacets {
 struct Input {
     std::vector<NamedFacets> bodies;
     std::optional<unsigned int> level;
+    std::vector<std::string> files; ///< that all of it comes from
 };
 
 bool is_case(const std::string& body) { return is_directory(body) || body.ends_with(".toml"); }
@@ -90,10 +91,10 @@ void check_options(const SurfaceOptions& options, Diagnostics& diagnostics)
 
 Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
 {
-    Input input { {}, options.level ? level_of(*options.level) : std::nullopt };
+    Input input { {}, options.level ? level_of(*options.level) : std::nullopt, {} };
     if (is_case(options.bodies)) {
         Diagnostics checked; // a case is checked for its own cells, not for the ones asked for here
-        const auto record = read_case_text(options.bodies[0], checked);
+        const auto record = read_case_text(options.bodies[0], checked, input.files);
         if (!record) {
             checked.print(std::cerr);
             diagnostics.error({ case_file(options.bodies[0]) }, "the case has errors");
@@ -108,6 +109,7 @@ Input read_bodies(const SurfaceOptions& options, Diagnostics& diagnostics)
             diagnostics.error({ case_file(options.bodies[0]) }, "the case has no bodies");
         return input;
     }
+    input.files = options.bodies;
     BodySource source;
     source.scale = options.scale ? scale_of(*options.scale).value_or(1.0) : 1.0;
     for (const std::string& path : options.bodies) {
@@ -252,8 +254,9 @@ int surface_command(const SurfaceOptions& options)
     check_options(options, diagnostics);
     if (diagnostics.failed())
         return bad_input(diagnostics);
-    (void)may_write(options.output, options.force, diagnostics); // it is reported with what follows
     const Input input = read_bodies(options, diagnostics);
+    // It is reported with the rest.
+    (void)may_write(options.output, options.force, diagnostics, input.files);
     if (!input.level && !diagnostics.failed())
         diagnostics.error({ options.bodies[0] }, "body files have no level of cells",
             "--level N, such as --level 6");

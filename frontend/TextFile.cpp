@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 
 namespace Frontend {
 
@@ -104,10 +103,17 @@ std::string lack_of_file(const std::string& path, const std::string& name, const
     return "";
 }
 
-bool may_write(const std::string& path, bool force, Diagnostics& diagnostics)
+bool may_write(const std::string& path, bool force, Diagnostics& diagnostics,
+    const std::vector<std::string>& inputs)
 {
     if (is_directory(path)) {
         diagnostics.error({ path }, "this is a directory", "the name of a file to write");
+        return false;
+    }
+    if (std::any_of(inputs.begin(), inputs.end(),
+            [&](const std::string& input) { return Tavro::LeadToOneFile(input, path); })) {
+        diagnostics.error({ path }, "this file is an input and stays as it is, also with --force",
+            "the name of another file");
         return false;
     }
     if (exists(path) && !force) {

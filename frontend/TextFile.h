@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Frontend {
 
@@ -30,8 +31,10 @@ inline constexpr FileKind kBodyFile { "an STL or OBJ file", 8192 };
 [[nodiscard]] std::string lack_of_file(
     const std::string& path, const std::string& name, const FileKind& kind);
 
-/// Whether an output may be written: it does not exist, or `force` is given. Else an error.
-[[nodiscard]] bool may_write(const std::string& path, bool force, Diagnostics& diagnostics);
+/// Whether an output may be written: it does not exist, or `force` is given and it is none of the
+/// inputs, by whatever name. Else an error.
+[[nodiscard]] bool may_write(const std::string& path, bool force, Diagnostics& diagnostics,
+    const std::vector<std::string>& inputs = {});
 
 /// Makes a file of these bytes: completely or, with an error that has the system's reason, not at
 /// all.

@@ -103,6 +103,22 @@ std::string harm_of(const PreparedRun& run, const std::optional<RunRecord>& reco
     return text + kAdvice;
 }
 
+/// An input of the case of which nothing would be left.
+std::string lost_input(const PreparedRun& run)
+{
+    std::vector<std::string> places { run.completionFile, binary_case(run.root) };
+    for (const std::string& file : files_of(input_to_be_replaced(run.root, run.input)))
+        places.push_back(below(run.root, file));
+    for (const std::string& place : places) {
+        for (const std::string& input : run.inputs) {
+            if (Tavro::LeadToOneFile(place, input))
+                return "the run would replace " + place
+                    + ", from which the case is made; name another file in the case";
+        }
+    }
+    return "";
+}
+
 /// Files in the way that only a run's own may be.
 std::string wrong_file(const PreparedRun& run, const std::optional<RunRecord>& record)
 {
@@ -125,8 +141,10 @@ std::string parts_text(const std::vector<std::string>& parts)
 std::string obstacle(const PreparedRun& run, bool force)
 {
     const auto record = recall_run(run.root);
-    if (std::string life = life_in(run.root, record, force); !life.empty() || force)
+    if (std::string life = life_in(run.root, record, force); !life.empty())
         return life;
+    if (std::string lost = lost_input(run); !lost.empty() || force)
+        return lost;
     if (record && !is_here(*record)
         && completion_word(record->completionFile) == VRK::StepNotFinished)
         return "a run in " + run.root + " was begun on " + record->host

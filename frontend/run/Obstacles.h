@@ -7,7 +7,8 @@
 
 namespace Frontend {
 
-/// Why the run may not begin in its directory, or nothing. `force` overrides what is only a doubt.
+/// Why the run may not begin in its directory, or nothing. `force` overrides what is only a doubt,
+/// not that an input of the case would be lost.
 /// Needs a share in the links.
 [[nodiscard]] std::string obstacle(const PreparedRun& run, bool force);
 /// What whoever forces a restart is to know of it, or nothing.

@@ -10,6 +10,7 @@
 #include "frontend/run/RunStart.h"
 
 #include <iostream>
+#include <utility>
 
 namespace Frontend {
 
@@ -91,7 +92,8 @@ int detach_from(RunInSight& run, Display& display, Tavro::UserSignals& signals)
 int run_command(const RunOptions& options)
 {
     Diagnostics diagnostics;
-    auto input = read_case_text(options.path, diagnostics);
+    std::vector<std::string> files;
+    auto input = read_case_text(options.path, diagnostics, files);
     diagnostics.print(std::cerr);
     if (!input)
         return kBadInput;
@@ -100,6 +102,7 @@ int run_command(const RunOptions& options)
         = prepare_run(case_file(options.path), std::move(*input), options.restart, reason);
     if (!prepared)
         return complain(reason, kBadInput);
+    prepared->inputs = std::move(files);
     // Two that are started at once must not both find the directory free.
     std::optional<Tavro::Claim> claim(std::in_place, prepared->root);
     if (!claim->granted())

@@ -25,6 +25,7 @@ struct PreparedRun {
     std::string completionFile;
     CaseDigests built; ///< what a new run of the case would be made from
     std::vector<std::string> changed; ///< parts in which a restart differs from the run before
+    std::vector<std::string> inputs = {}; ///< files that the case is made from
 };
 
 /// Fits a case to its directory, with the latest restart file if that is asked for. Nothing has

@@ -117,6 +117,18 @@ TEST_F(AirfoilCommands, CleanWritesTheTableBesideItsFile)
     EXPECT_EQ(run({ "airfoil", "clean", "a.dat", "--force" }).status, 0);
 }
 
+TEST_F(AirfoilCommands, CleanDoesNotReplaceWhatWasMeasured)
+{
+    const std::string measured = "measured\n" + TableTexts::kTable;
+    write("a.dat", measured);
+    const auto outcome = run({ "airfoil", "clean", "a.dat", "-o", "./a.dat", "--force" });
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err,
+        "./a.dat: this file is an input and stays as it is, also with --force; expected the name "
+        "of another file\n");
+    EXPECT_EQ(read("a.dat"), measured);
+}
+
 TEST_F(AirfoilCommands, CleanWritesWhereItIsReported)
 {
     write("a.dat", "measured\n" + TableTexts::kTable);

@@ -30,6 +30,11 @@ protected:
         return Testing::names_in(m_directory.path());
     }
 
+    void link_to(const std::string& target, const std::string& name) const
+    {
+        Testing::make_link(target, m_directory.path(name));
+    }
+
 private:
     Testing::TemporaryDirectory m_directory;
 };
@@ -156,6 +161,22 @@ TEST_F(CaseCommands, BuildReplacesNothingUnasked)
     EXPECT_EQ(read("plain.bin"), "mine");
     EXPECT_EQ(run({ "build", "plain.toml", "-o", "plain.bin", "--force" }).status, 0);
     EXPECT_EQ(read("plain.bin").size(), 1086U);
+}
+
+TEST_F(CaseCommands, BuildReplacesNothingThatTheCaseIsMadeFrom)
+{
+    ASSERT_EQ(run({ "new", "robin", "--example", "robin" }).status, 0);
+    link_to("robin/case.toml", "link.bin");
+    for (const std::string name : { "robin/fuselage.stl", "robin/./naca0012.dat", "link.bin" }) {
+        const std::string before = read(name);
+        const auto outcome = run({ "build", "robin", "-o", name, "--force" });
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.err.substr(outcome.err.rfind(name + ": ")),
+            name
+                + ": this file is an input and stays as it is, also with --force; expected the "
+                  "name of another file\n");
+        EXPECT_EQ(read(name), before);
+    }
 }
 
 TEST_F(CaseCommands, BuildIntoAMissingDirectoryFails)

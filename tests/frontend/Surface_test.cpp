@@ -94,6 +94,25 @@ TEST_F(SurfaceCommand, NothingIsReplacedUnasked)
     EXPECT_NE(read("a.stl"), "mine");
 }
 
+TEST_F(SurfaceCommand, ABodyIsNotReplacedByItsSurface)
+{
+    make_sphere();
+    const std::string sphere = read("s/sphere.stl");
+    Testing::make_link("s/sphere.stl", path("skin.stl"));
+    const std::vector<std::vector<std::string>> commands { { "surface", "s", "-o", "skin.stl",
+                                                               "--force" },
+        { "surface", "s/sphere.stl", "--level", "2", "-o", "skin.stl", "--force" },
+        { "surface", "skin.stl", "--level", "2", "-o", "skin.stl" } };
+    for (const auto& command : commands) {
+        const auto outcome = run(command);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.err,
+            "skin.stl: this file is an input and stays as it is, also with --force; expected the "
+            "name of another file\n");
+    }
+    EXPECT_EQ(read("s/sphere.stl"), sphere);
+}
+
 TEST_F(SurfaceCommand, FaultsAreReportedBeforeAnythingIsMade)
 {
     make_sphere();

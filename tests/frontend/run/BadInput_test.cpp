@@ -99,6 +99,20 @@ TEST_F(BadRun, ThatCannotBeRememberedDoesNotBegin)
     EXPECT_EQ(Testing::read_file(root + "/Restarts/a.Rst"), "mine");
 }
 
+TEST_F(BadRun, ThatWouldReplaceAnInputIsRefusedAlsoWithForce)
+{
+    const std::string root = make_case("input", 20);
+    std::string text = Testing::read_file(root + "/case.toml");
+    const std::string body = Testing::read_file(root + "/cube.obj");
+    text.replace(text.find("[case]"), 6, "[case]\ncompletion_file = \"cube.obj\"");
+    Testing::write_file(root + "/case.toml", text);
+    EXPECT_TRUE(tidy(all_of({ "run", root, "--force" }), root)
+                    .ends_with("vortik: the run would replace DIR/cube.obj, from which the case is "
+                               "made; name another file in the case\nstatus 2\n"));
+    EXPECT_EQ(Testing::read_file(root + "/cube.obj"), body);
+    EXPECT_EQ(names_in(root), (Names { "case.toml", "cube.obj" }));
+}
+
 TEST_F(BadRun, WhoseCaseFileCannotBeWrittenDoesNotBegin)
 {
     const std::string root = make_case("in the way", 20);
