@@ -35,6 +35,7 @@ public:
     {
         files();
         grid();
+        boundaries();
         schedule();
         for (std::size_t i = 0; i < m_record.m_vecRotors.size(); ++i)
             rotor("rotor[" + std::to_string(i) + ']', m_record.m_vecRotors[i]);
@@ -166,6 +167,21 @@ private:
                 "at least " + std::to_string(grid.m_ucLevelMin));
         if (m_record.m_vecBodies.empty() && sound("body") && !m_case.incomplete)
             warn("grid.wetted_surface.on", "a wetted surface is asked for, but there is no body");
+    }
+
+    /// Any other number than these stands for no data, too, but nobody means it.
+    void boundaries()
+    {
+        std::size_t face = 0;
+        for (const char* name : { "x_min", "x_max", "y_min", "y_max", "z_min", "z_max" }) {
+            const std::int32_t type = m_record.m_anBoundaryType[face++];
+            const std::string key = std::string("boundary.") + name + ".type";
+            if ((type < 0 || type > 2) && sound(key))
+                warn(key,
+                    "\"type\" is " + std::to_string(type)
+                        + R"(, which is none of "pressure", "velocity" and "none"; nothing is )"
+                          "prescribed on the face");
+        }
     }
 
     void schedule()

@@ -127,6 +127,18 @@ TEST(CaseWarnings, ThreadsOfSerialProgramsAndPrismsOfOtherGrids)
         "case.toml:9:10: warning: \"prisms\" has no effect: \"hybrid\" is not on\n");
 }
 
+TEST(CaseWarnings, BoundaryTypesThatHaveNoName)
+{
+    const std::string type = "type = \"velocity\"";
+    for (const std::string known : { "0", "1", "2", "\"none\"" })
+        EXPECT_EQ(messages(Testing::plain_case_with(type, "type = " + known)), "");
+    for (const std::string other : { "7", "-1" })
+        EXPECT_EQ(messages(Testing::plain_case_with(type, "type = " + other)),
+            "case.toml:20:8: warning: \"type\" is " + other
+                + ", which is none of \"pressure\", \"velocity\" and \"none\"; nothing is "
+                  "prescribed on the face\n");
+}
+
 TEST(CaseWarnings, MoreStepsThanAreCounted)
 {
     const std::string layer = "[[time.layer]]\nduration = 1\nsteps = ";
