@@ -12,6 +12,7 @@
 #include <bit>
 #include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace Frontend {
 
@@ -89,6 +90,38 @@ std::vector<NewFile> files_of(const std::string& example)
                 Examples::ellipsoid_profile(-0.5, 1.0, 0.5, 24), 0, 48)) } };
 }
 
+/// Takes away what has been made, unless it is to stay.
+class Made {
+public:
+    ~Made()
+    {
+        std::error_code ignored; // what cannot be taken away stays; the first error is reported
+        for (auto made = m_made.rbegin(); made != m_made.rend(); ++made)
+            std::filesystem::remove(*made, ignored);
+    }
+    Made() = default;
+    Made(const Made&) = delete;
+    Made& operator=(const Made&) = delete;
+    Made(Made&&) = delete;
+    Made& operator=(Made&&) = delete;
+
+    void add(const std::filesystem::path& made) { m_made.push_back(made); }
+    /// The directory, with those around it.
+    void directories(const std::filesystem::path& directory, std::error_code& error)
+    {
+        if (directory.empty() || std::filesystem::exists(directory, error))
+            return;
+        directories(directory.parent_path(), error);
+        // Behind a "/" at the end of the name it is there already.
+        if (std::filesystem::create_directory(directory, error))
+            add(directory);
+    }
+    void keep() { m_made.clear(); }
+
+private:
+    std::vector<std::filesystem::path> m_made;
+};
+
 } // namespace
 
 int new_case_command(const std::string& directory, const std::string& example, bool force)
@@ -125,18 +158,24 @@ int new_case_command(const std::string& directory, const std::string& example, b
         return kBadInput;
     }
     std::error_code error;
-    std::filesystem::create_directories(root, error);
+    Made made;
+    made.directories(root, error);
     if (error) {
         std::cerr << root << ": the directory cannot be made: " << error.message() << '\n';
         return kFailed;
     }
     for (const NewFile& file : files) {
+        const bool isNew = !exists(root + file.name);
         if (!write_bytes(root + file.name, file.bytes, diagnostics)) {
             diagnostics.print(std::cerr);
             return kFailed;
         }
-        std::cout << "wrote " << root << file.name << '\n';
+        if (isNew)
+            made.add(root + file.name);
     }
+    made.keep();
+    for (const NewFile& file : files)
+        std::cout << "wrote " << root << file.name << '\n';
     std::cout << "Next: look into " << root << "case.toml, then `vortik check "
               << Tavro::typed_word(directory) << "`.\n";
     return kFinished;

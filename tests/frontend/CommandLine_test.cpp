@@ -151,6 +151,24 @@ TEST(CommandLine, AFileThatTheDiskDoesNotTakeIsReportedWithTheSystemsReason)
     EXPECT_EQ(Testing::names_in(directory.path()), std::vector<std::string> { "s" });
 }
 
+TEST(CommandLine, ACaseThatTheDiskDoesNotTakeIsTakenAwayAgain)
+{
+    const Testing::TemporaryDirectory directory;
+    Testing::make_directory(directory.path("mine"));
+    Testing::write_file(directory.path("mine/notes"), "mine");
+    Testing::write_file(directory.path("mine/pylon.stl"), "mine");
+    for (const std::string name : { "new/inner/robin", "mine" }) {
+        const auto outcome = run_in_want_of_room(directory.path(), { "new", name, "--force" });
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_TRUE(outcome.err.ends_with(": the file cannot be written: File too large\n"))
+            << outcome.err;
+    }
+    EXPECT_EQ(Testing::names_in(directory.path()), std::vector<std::string> { "mine" });
+    EXPECT_EQ(Testing::names_in(directory.path("mine")),
+        (std::vector<std::string> { "notes", "pylon.stl" }));
+}
+
 TEST(CommandLine, PrintingThatNobodyReadsEndsAsThatOfOtherProgramsDoes)
 {
     const auto outcome = Testing::run_isolated([] {
