@@ -69,6 +69,11 @@ std::string unknown_option(CLI::App& app, const std::string& word)
     for (const CLI::Option* option : app.get_options()) {
         for (const std::string& name : option->get_lnames())
             names.push_back("--" + name);
+        for (const std::string& name : option->get_snames()) {
+            const std::string other(1, static_cast<char>(name[0] ^ 0x20)); // a capital, or none
+            if (word == "-" + other)
+                return complaint(app, "option", word, { "-" + name });
+        }
     }
     return complaint(app, "option", word, names);
 }
@@ -83,7 +88,7 @@ struct Understood {
 bool asks_for_help(const CLI::App& command, const std::string& word)
 {
     return word == "-h" || word == "--help"
-        || (word == "--version" && command.get_parent() == nullptr);
+        || ((word == "-V" || word == "--version") && command.get_parent() == nullptr);
 }
 
 Understood understood(CLI::App& app, const std::vector<std::string>& words)
@@ -92,7 +97,15 @@ Understood understood(CLI::App& app, const std::vector<std::string>& words)
     for (auto word = words.begin(); word != words.end() && *word != "--"; ++word) {
         if (asks_for_help(*command, *word))
             break;
-        if (word->starts_with("--")) {
+        const bool isShort = word->size() > 1 && word->front() == '-' && (*word)[1] != '-';
+        if (isShort) {
+            const CLI::Option* option = command->get_option_no_throw(word->substr(0, 2));
+            if (option == nullptr)
+                return { command, unknown_option(*command, word->substr(0, word->find('='))) };
+            if (option->get_items_expected_max() > 0 && word->size() == 2
+                && word + 1 != words.end())
+                ++word;
+        } else if (word->starts_with("--")) {
             const std::string name = word->substr(0, word->find('='));
             const CLI::Option* option = command->get_option_no_throw(name);
             if (option == nullptr)

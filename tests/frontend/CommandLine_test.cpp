@@ -53,6 +53,12 @@ TEST(CommandLine, WhatIsUnknownIsToldWithWhatWasLikelyMeant)
     EXPECT_EQ(told("frobnicate"), "vortik: there is no command \"frobnicate\"" + top);
     EXPECT_EQ(told("--verison"),
         "vortik: there is no option \"--verison\"; did you mean \"--version\"?" + top);
+    EXPECT_EQ(told("-v"), "vortik: there is no option \"-v\"; did you mean \"-V\"?" + top);
+    EXPECT_EQ(told("-version"),
+        "vortik: there is no option \"-version\"; did you mean \"--version\"?" + top);
+    EXPECT_EQ(told("surface a.stl -o b.stl -x"),
+        "vortik surface: there is no option \"-x\"\n`vortik surface --help` tells what there "
+        "is\nstatus 2");
     EXPECT_EQ(told(""), "vortik: a command is required" + top);
     EXPECT_EQ(told("airfoil"),
         "vortik airfoil: a command is required\n`vortik airfoil --help` tells what there "
