@@ -82,6 +82,9 @@ VortikProcess::VortikProcess(const Words& arguments, const Setting& setting)
     m_pid = ::fork();
     if (m_pid == 0) {
         ::setsid();
+        // Tests that a script starts behind "&", or under nohup, are started to ignore these.
+        for (const int signal : { SIGHUP, SIGINT, SIGTERM })
+            (void)std::signal(signal, SIG_DFL);
         if (terminal)
             ::ioctl(ends.its, TIOCSCTTY, 0);
         for (int stream = terminal ? 0 : 1; stream <= 2; ++stream)

@@ -3,6 +3,7 @@
 
 #include "tests/support/Files.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -30,6 +31,9 @@ void redirect(int to, const std::string& path)
 [[noreturn]] void run_child(const std::function<void()>& body)
 {
     ::alarm(kDeadlineSeconds); // a hang becomes a death by signal
+    // Tests that a script starts behind "&", or under nohup, are started to ignore these.
+    for (const int signal : { SIGHUP, SIGINT, SIGTERM })
+        (void)std::signal(signal, SIG_DFL);
     int status = 0;
     try {
         body();
