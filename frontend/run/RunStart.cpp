@@ -201,7 +201,8 @@ std::optional<RunInSight> start_run(
     const std::string program = program_directory() + kControllerName;
     const auto child = Tavro::start_apart({ program, program, { "-input=" + caseFile } });
     if (child.pid < 0) {
-        reason = program + " cannot be started: " + Tavro::error_text(child.error);
+        reason = program + " cannot be started: " + Tavro::error_text(child.error)
+            + "; nothing has been changed"; // whatever has been announced
         fs::remove(Tavro::SystemPath(caseFile), error);
         (void)remember_text(run.root, formerRecord, cause); // it tells of the run before, if of any
         return std::nullopt;

@@ -25,6 +25,7 @@ protected:
     {
         return Testing::read_file(m_directory.path(name));
     }
+    [[nodiscard]] std::string path(const std::string& name) const { return m_directory.path(name); }
     [[nodiscard]] std::vector<std::string> names() const
     {
         return Testing::names_in(m_directory.path());
@@ -177,6 +178,15 @@ TEST_F(CaseCommands, BuildReplacesNothingThatTheCaseIsMadeFrom)
                   "name of another file\n");
         EXPECT_EQ(read(name), before);
     }
+}
+
+TEST_F(CaseCommands, ALinkThatLeadsNowhereIsNotReplacedUnaskedEither)
+{
+    write("plain.toml", kPlainCase);
+    Testing::make_link("elsewhere/plain.bin", path("plain.bin"));
+    EXPECT_EQ(run({ "build", "plain.toml", "-o", "plain.bin" }).err,
+        "plain.bin: the file exists and stays as it is; --force replaces it\n");
+    EXPECT_EQ(names(), (Names { "plain.bin", "plain.toml" }));
 }
 
 TEST_F(CaseCommands, BuildIntoAMissingDirectoryFails)

@@ -149,7 +149,8 @@ TEST_F(BadRun, WhoseControllerCannotBeStartedLeavesWhatIsKnownOfTheLastOne)
     VortikProcess run({ "run", root }, setting);
     EXPECT_EQ(run.ends(), 1);
     EXPECT_EQ(tidy(run.output(), root),
-        "vortik: DIR/programs/Vortik_Controller cannot be started: Exec format error\n");
+        "vortik: DIR/programs/Vortik_Controller cannot be started: Exec format error; nothing has "
+        "been changed\n");
     EXPECT_EQ(Testing::read_file(root + "/.vortik-run"), record);
     EXPECT_EQ(Testing::read_file(root + "/.vortik-completion"), "-8\n");
     EXPECT_FALSE(Testing::file_exists(root + "/.vortik-case"));
