@@ -58,6 +58,21 @@ std::vector<std::string> result_directories(const std::string& root)
     return directories;
 }
 
+std::string lack_of_place(const std::string& root)
+{
+    constexpr std::uintmax_t kKibibyte = 1024;
+    constexpr std::uintmax_t kEnough = 1024 * kKibibyte; // for cards and logs
+    std::error_code error;
+    const fs::path directory = Tavro::SystemPath(root);
+    if (!fs::is_directory(directory, error))
+        return "The directory " + root + " is gone.";
+    const fs::space_info space = fs::space(directory, error);
+    if (error || space.available >= kEnough)
+        return "";
+    return "The file system of " + root + " is full: it has "
+        + std::to_string(space.available / kKibibyte) + " KiB left.";
+}
+
 std::optional<RestartPoint> latest_restart(const std::string& root, const std::string& caseName)
 {
     std::optional<RestartPoint> latest;

@@ -13,6 +13,10 @@ namespace Frontend {
 /// Directories of the run in which there are results to be looked at.
 [[nodiscard]] std::vector<std::string> result_directories(const std::string& root);
 
+/// What keeps the programs of a run from writing there, as a sentence: the directory is gone, or
+/// its file system is as good as full. Empty if nothing does.
+[[nodiscard]] std::string lack_of_place(const std::string& root);
+
 /// From where a run can go on.
 struct RestartPoint {
     std::string file;

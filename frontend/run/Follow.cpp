@@ -47,6 +47,14 @@ void tell_logs(
     }
 }
 
+/// What a program that cannot write cannot tell in its log either.
+void tell_place(const std::string& root, Display& display)
+{
+    const std::string lack = lack_of_place(root);
+    if (!lack.empty())
+        display.tell("place", lack, "," + json_member("directory", root));
+}
+
 void tell_results(const std::string& root, Display& display)
 {
     const auto directories = result_directories(root);
@@ -56,11 +64,12 @@ void tell_results(const std::string& root, Display& display)
         "," + json_member("directories", directories));
 }
 
-void tell_restart(const std::string& root, const RunRecord& record, Display& display)
+void tell_restart(
+    const std::string& root, const RunRecord& record, const Progress& last, Display& display)
 {
     const auto point = latest_restart(root, record.caseName);
-    if (!point)
-        return;
+    if (!point || (last.total > 0 && static_cast<long long>(point->step) >= last.total))
+        return; // nothing is left to do
     if (is_adaptation_cut_off(root, record.caseName)) {
         display.tell("no_restart",
             "The grid was just being adapted, and the restart file of step "
@@ -290,13 +299,14 @@ void tell_ending(const std::string& root, const RunRecord& record, const Ending&
         break;
     case Outcome::Stopped:
         tell_programs_left(root, record, display);
-        tell_restart(root, record, display);
+        tell_restart(root, record, ending.last, display);
         break;
     case Outcome::Failed:
     case Outcome::Died:
         tell_logs(root, record, ending, display);
+        tell_place(root, display);
         if (can_go_on(ending, root, record))
-            tell_restart(root, record, display);
+            tell_restart(root, record, ending.last, display);
         tell_programs_left(root, record, display);
         break;
     }

@@ -8,11 +8,14 @@
 #include "tavrobase/SystemUtilities.h"
 #include "tavrobase/platform/Processes.h"
 #include "tests/support/Files.h"
+#include "tests/support/Isolated.h"
 #include "tests/support/Surroundings.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iostream>
+#include <limits>
 
 #include <unistd.h>
 
@@ -310,6 +313,20 @@ TEST(EarlierRun, LatestRestartIsTheYoungestThatFitsTheGrid)
     EXPECT_EQ(latest_restart(home.path(), "a")->step, 6U);
 }
 
+TEST(EarlierRun, APlaceThatIsGoneOrFullIsToldAsSuch)
+{
+    const TemporaryDirectory home;
+    EXPECT_EQ(lack_of_place(home.path()), "");
+    EXPECT_EQ(lack_of_place(home.path("none")), "The directory " + home.path("none") + " is gone.");
+    const auto outcome = Testing::run_isolated([&] {
+        if (Testing::mount_small_disk(home.path(), 512UL * 1024))
+            std::cerr << lack_of_place(home.path());
+    });
+    if (outcome.err.empty())
+        GTEST_SKIP() << "this process may mount nothing";
+    EXPECT_EQ(outcome.err, "The file system of " + home.path() + " is full: it has 512 KiB left.");
+}
+
 TEST(EarlierRun, AnAdaptationIsCutOffWhileTheGridIsNewerThanItsRestartFile)
 {
     const Testing::TemporaryDirectory home;
@@ -337,6 +354,42 @@ TEST(EarlierRun, AnAdaptationIsCutOffWhileTheGridIsNewerThanItsRestartFile)
     std::filesystem::remove(home.path("Restarts/a.old.Rst"));
     write("Grid_Output/VRK.grid.dat", 3);
     EXPECT_FALSE(cut_off());
+}
+
+/// What is said of a run whose solver failed after that many steps of 9.
+std::string told_of_failure(const std::string& root, char step)
+{
+    RunRecord record;
+    record.caseFile = root + "/case.toml";
+    record.caseName = "a";
+    record.since = std::numeric_limits<long long>::min();
+    Ending ending { Outcome::Failed, VRK::StepSolverFailed, {}, {} };
+    ending.last.step = VRK::StepSolver;
+    ending.last.total = 9;
+    if (std::filesystem::is_directory(root))
+        write_file(root + "/Restarts/a.Rst", restart_file(step));
+    const auto outcome = Testing::run_isolated([&] {
+        Display display(false);
+        tell_ending(root, record, ending, 1, display);
+    });
+    return outcome.out;
+}
+
+TEST(Ending, NamesAStepToGoOnFromOnlyIfThereIsAnotherOneAfterIt)
+{
+    const TemporaryDirectory home;
+    const std::string root = home.path();
+    Testing::make_directory(root + "/Restarts");
+    EXPECT_EQ(told_of_failure(root, 8),
+        "Failed: solver.\n`vortik run " + root + "/case.toml --restart` goes on from step 8.\n");
+    EXPECT_EQ(told_of_failure(root, 9), "Failed: solver.\n");
+}
+
+TEST(Ending, OfARunWhoseDirectoryIsGoneSaysSo)
+{
+    const TemporaryDirectory home;
+    const std::string root = home.path("none");
+    EXPECT_EQ(told_of_failure(root, 8), "Failed: solver.\nThe directory " + root + " is gone.\n");
 }
 
 TEST(EarlierRun, MissesTheProgramsThatTheKindOfRunNeeds)
