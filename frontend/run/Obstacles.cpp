@@ -47,8 +47,9 @@ std::string life_in(const std::string& root, const std::optional<RunRecord>& rec
                        : "a run that another front end has begun is under way in ")
             + root + " (" + link + "); " + how_to_attach(root);
     return force ? ""
-                 : "another front end has a link for " + root + " (" + link
-            + "), and no controller is to be seen on it; --force begins a run all the same";
+                 : "a front end has a link for " + root + " (" + link
+            + "), and no controller is to be seen on it. Of one that was killed it is gone after "
+              "half a minute; --force begins a run all the same";
 }
 
 constexpr const char* kAdvice = ". Move away what is to be kept; --force begins all the same";

@@ -153,8 +153,9 @@ TEST_F(LiveRun, IsTheMeaningOfALinkWhoseStampsAreNew)
         std::cerr << said;
     });
     EXPECT_EQ(outcome.err,
-        "vortik: another front end has a link for DIR (link N), and no controller is to be seen on "
-        "it; --force begins a run all the same\nstatus 2\n"
+        "vortik: a front end has a link for DIR (link N), and no controller is to be seen on it. "
+        "Of one that was killed it is gone after half a minute; --force begins a run all the "
+        "same\nstatus 2\n"
         "vortik: no run is known in DIR; `vortik run` starts one\nstatus 2\n"
         "DIR: has a link of another front end, and no controller is to be seen on it\nstatus 0\n"
         "vortik: a run that another front end has begun is under way in DIR (link N); `vortik "
