@@ -275,6 +275,26 @@ TEST(SurfaceFigures, AnOpenSquareHasAnAreaAndFourOpenEdges)
     EXPECT_NEAR(figures.mostCurvature, 180.0, 1e-12);
 }
 
+TEST(SurfaceFigures, AVolumeIsTheSameHoweverFarFromTheOrigin)
+{
+    // A corner of a cube at 2^30: a sixth of a product of such lengths is off by its last bits.
+    constexpr double kFar = 0x1p30;
+    Frontend::Surface surface;
+    (void)surface.AllocateFacetDoubleData(); // channel 0
+    surface.m_bHasFacetData = true;
+    for (const auto& point : { Tavro::Vector<double, 3> { kFar, kFar, kFar },
+             { kFar + 1, kFar, kFar }, { kFar, kFar + 1, kFar }, { kFar, kFar, kFar + 1 } })
+        surface.AddVertex(point);
+    surface.AddFacet(0, 2, 1);
+    surface.AddFacet(0, 1, 3);
+    surface.AddFacet(0, 3, 2);
+    surface.AddFacet(1, 2, 3);
+    surface.m_vecFacetDoubleData[0] = { 0.0, 0.0, 0.0, 0.0 };
+    const auto figures = Frontend::figures_of(surface, 0);
+    EXPECT_EQ(figures.openEdges, 0U);
+    EXPECT_EQ(figures.volume, 1.0 / 6.0);
+}
+
 TEST(SurfaceFigures, VtkHoldsPointsTrianglesCurvatureAndNormals)
 {
     EXPECT_EQ(Frontend::vtk_text(square(), 0, 0), R"(# vtk DataFile Version 3.0

@@ -197,6 +197,8 @@ TEST(ProgressText, IsTheSameAfterAnotherSignOfLifeAlone)
 TEST(Json, TextsAreEscapedAndBytesThatAreNoTextReplaced)
 {
     EXPECT_EQ(json_text("a\"b\\c\nd\te\x01"), "\"a\\\"b\\\\c\\nd\\u0009e\\u0001\"");
+    // Whatever comes before the blank: 1b begins the sequences of terminals.
+    EXPECT_EQ(json_text("\x0f|\x10|\x1b[K\x1f|"), "\"\\u000f|\\u0010|\\u001b[K\\u001f|\"");
     EXPECT_EQ(json_text("\xc3\xa4 \xe2\x82\xac \xf0\x9f\x9a\x81"),
         "\"\xc3\xa4 \xe2\x82\xac \xf0\x9f\x9a\x81\"");
     // A lone byte, a cut character, an overlong one, half of a surrogate pair, beyond the last one.
