@@ -230,8 +230,10 @@ TEST_F(SurfaceCommand, AnOutputThatCannotBeWrittenFails)
     for (const char* name : { "none/a.stl", "none/a.vtk" }) {
         const auto outcome = run({ "surface", "s/sphere.stl", "--level", "2", "-o", name });
         EXPECT_EQ(outcome.status, 1);
-        EXPECT_EQ(outcome.err.substr(outcome.err.find(name)),
-            std::string(name) + ": the file cannot be written: No such file or directory\n");
+        // And why, in the words of the system.
+        EXPECT_TRUE(outcome.err.substr(outcome.err.find(name))
+                        .starts_with(std::string(name) + ": the file cannot be written: "))
+            << outcome.err;
     }
 }
 
