@@ -116,6 +116,16 @@ TEST_F(Death, OfAllAtOnceLeavesADirectoryInWhichANewRunWorks)
     EXPECT_TRUE(third.writes("\nsolver")) << third.output();
 }
 
+TEST_F(Death, OfAControllerThatHasReadNothingIsNotTakenForTheEndOfTheRunBeforeIt)
+{
+    const std::string root = make_case("run", 20);
+    Testing::write_file(root + "/.vortik-completion", "8\n");
+    VortikProcess run({ "run", root }, with_controller(root, "exit 3"));
+    EXPECT_EQ(run.ends(), 1);
+    EXPECT_NE(run.output().find("\nFailed: the controller "), std::string::npos) << run.output();
+    EXPECT_EQ(all_of({ "status", root }).find("finished"), std::string::npos);
+}
+
 TEST_F(Death, OfAProgramByAFaultIsToldWithTheEndOfItsLog)
 {
     const std::string root = make_case("run", 20);

@@ -105,6 +105,23 @@ std::string RunTest::make_root(const std::string& name)
     return m_roots.back();
 }
 
+VortikProcess::Setting RunTest::with_controller(const std::string& root, std::string script)
+{
+    VortikProcess::Setting setting = pace(10);
+    setting.directory = root + "/programs";
+    make_directory(setting.directory);
+    for (const std::string& name : names_in(demo_directory())) {
+        if (name != "Vortik_Controller")
+            make_link(demo_directory() + "/" + name, setting.directory + "/" + name);
+    }
+    if (const auto at = script.find("DEMO"); at != std::string::npos)
+        script.replace(at, 4, demo_directory());
+    const std::string controller = setting.directory + "/Vortik_Controller";
+    write_file(controller, "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(controller, std::filesystem::perms::owner_all);
+    return setting;
+}
+
 VortikProcess::Setting RunTest::pace(unsigned milliseconds, unsigned columns)
 {
     return { { { "VORTIK_STANDIN_PACE", std::to_string(milliseconds) } }, columns };

@@ -24,6 +24,9 @@ protected:
     std::string make_case(const std::string& name, unsigned steps);
     /// A directory of that name for a run, not made yet.
     std::string make_root(const std::string& name);
+    /// The setting of a start with that script in the place of the controller, in a directory below
+    /// `root`. "DEMO" in it is where the real one lies.
+    static VortikProcess::Setting with_controller(const std::string& root, std::string script);
     /// The setting of a start whose step programs take that many milliseconds for each of their
     /// parts, and a step of the solver as long.
     static VortikProcess::Setting pace(unsigned milliseconds, unsigned columns = 0);

@@ -83,6 +83,18 @@ TEST_F(Streams, ThatEndLeaveTheRunToItself)
     EXPECT_EQ(tidy(all_of({ "status", root }), root), "DIR: stopped\nstatus 3\n");
 }
 
+TEST_F(Streams, ThatEndBeforeTheControllerIsThereDoNotTakeItsLinkAway)
+{
+    const std::string root = make_case("early", 100'000);
+    VortikProcess run(
+        { "run", root }, with_controller(root, "sleep 1\nexec DEMO/Vortik_Controller \"$@\""));
+    EXPECT_TRUE(run.writes("Running cube"));
+    run.go_away();
+    EXPECT_EQ(run.ends(), 3);
+    EXPECT_GT(step_program(root, "Vortik_Solver"), 0);
+    EXPECT_EQ(all_of({ "stop", root }).substr(0, 9), "Stopping ");
+}
+
 TEST_F(Streams, OfATerminalShowAfterTwoCtrlCWhatWasSaidAndNoLiveLine)
 {
     const std::string root = make_case("run", 100'000);
