@@ -154,17 +154,21 @@ std::vector<WorkTime> work_times(const std::string& root, const RunRecord& recor
     const auto until = [&](std::optional<long long> time) {
         last.end = std::max(last.end, time.value_or(last.end));
     };
-    until(write_time(record.completionFile));
+    const auto lastWord = write_time(record.completionFile);
+    until(lastWord);
     if (const int word = last_word(record);
         word == VRK::StepStopped || word == VRK::StepNotFinished) {
         // The last program has gone on for a while after that word: until somebody has seen its
         // end, or as far as can be known else, until it wrote its last line.
-        until(noted_time(root));
-        for (const std::string& log : all_logs())
-            until(write_time(root + "/" + log));
-        for (const std::string& file : residual_files())
-            until(write_time(root + "/" + file));
-        last.end += work_seconds(2);
+        const auto noted = noted_time(root);
+        until(noted);
+        if (!lastWord || !noted || *noted <= *lastWord) {
+            for (const std::string& log : all_logs())
+                until(write_time(root + "/" + log));
+            for (const std::string& file : residual_files())
+                until(write_time(root + "/" + file));
+            last.end += work_seconds(2);
+        }
     }
     std::vector<WorkTime> times = record.earlier;
     times.push_back(last);

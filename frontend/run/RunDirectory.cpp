@@ -15,6 +15,7 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <thread>
 #include <utility>
 
 namespace Frontend {
@@ -223,6 +224,9 @@ void note_end(const std::string& root)
     std::error_code error; // without the note the end is taken from the logs
     std::filesystem::last_write_time(
         Tavro::SystemPath(record_file(root)), std::filesystem::file_time_type::clock::now(), error);
+    // Files get their times from a clock that ticks every 10 ms at most: what somebody writes as
+    // soon as we are gone must not seem older than the note.
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
 }
 
 std::optional<long long> noted_time(const std::string& root)

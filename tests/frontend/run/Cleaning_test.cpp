@@ -251,6 +251,9 @@ TEST_F(Cleaning, KnowsAStrangersFileByItsTime)
     write_file(m_home.path(".vortik-run"), "");
     note_end(m_home.path());
     EXPECT_EQ(strangers(), "Restarts/between, Restarts/restored");
+    // What comes then, however soon, is not of the run.
+    write_file(m_home.path("Restarts/mine"), "");
+    EXPECT_EQ(strangers(), "Restarts/between, Restarts/mine, Restarts/restored");
 }
 
 class OwnFiles : public Cleaning {
