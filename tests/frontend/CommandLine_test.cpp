@@ -10,7 +10,6 @@
 #include <csignal>
 #include <cstdint>
 #include <filesystem>
-#include <sstream>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -19,15 +18,7 @@ namespace {
 
 using Testing::kPlainCase;
 using Testing::run_vortik;
-
-std::vector<std::string> words_of(const std::string& text)
-{
-    std::istringstream stream(text);
-    std::vector<std::string> words;
-    for (std::string word; stream >> word;)
-        words.push_back(word);
-    return words;
-}
+using Testing::words_of;
 
 /// All that bash and the programs that it starts say in a directory, where `vortik` is the program.
 std::string said_by_bash(const std::string& directory, const std::string& script)

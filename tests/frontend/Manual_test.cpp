@@ -13,6 +13,8 @@
 
 namespace {
 
+using Testing::words_of;
+
 const std::string kTree = VORTIK_SOURCE_DIR;
 
 std::string help_of(std::vector<std::string> command)
@@ -69,15 +71,6 @@ TEST(Manual, ManPageAndCompletionKnowEveryCommand)
 
 const std::vector<std::string> kCommands { "new", "check", "build", "show", "run", "watch", "stop",
     "status", "links", "surface", "airfoil check", "airfoil clean" };
-
-std::vector<std::string> words_of(const std::string& text)
-{
-    std::istringstream stream(text);
-    std::vector<std::string> words;
-    for (std::string word; stream >> word;)
-        words.push_back(word);
-    return words;
-}
 
 /// The man page without its markup.
 std::string plain_man_page()

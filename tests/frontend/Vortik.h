@@ -7,6 +7,7 @@
 #include "tests/support/Programs.h"
 #include "tests/support/Scopes.h"
 
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -29,6 +30,16 @@ inline Outcome run_vortik(const std::string& directory, const std::vector<std::s
     outcome.exited = run.end.kind == Tavro::Platform::ChildEnd::Kind::Exited;
     (outcome.exited ? outcome.status : outcome.signal) = run.end.value;
     return outcome;
+}
+
+/// The words of a command line in which no blank is quoted.
+inline std::vector<std::string> words_of(const std::string& text)
+{
+    std::istringstream stream(text);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;)
+        words.push_back(word);
+    return words;
 }
 
 /// A case with nothing in it that needs a file: 24 lines, no warning.

@@ -264,25 +264,6 @@ TEST_F(Cleaning, KnowsAStrangersFileByItsTime)
     EXPECT_EQ(strangers(), "Restarts/between, Restarts/restored");
 }
 
-TEST_F(Cleaning, TakesNothingForTheRunsThatComesWhenItsEndHasBeenSeen)
-{
-    if (!keeps_parts_of_seconds(m_home.path("probe")))
-        GTEST_SKIP() << "times of files are whole seconds here";
-    write_file(m_home.path("completion"), "-8\n");
-    fs::last_write_time(
-        m_home.path("completion"), fs::file_time_type::clock::now() - std::chrono::minutes(10));
-    RunRecord record;
-    record.completionFile = m_home.path("completion");
-    record.since = ago(30);
-    write("Restarts/a.Rst", 0);
-    write_file(m_home.path(".vortik-run"), "");
-    note_end(m_home.path());
-    write_file(m_home.path("Restarts/mine"), "");
-    EXPECT_EQ(some_of(strangers_among(m_home.path(), results_to_be_cleaned(m_home.path(), "a"),
-                  work_times(m_home.path(), record))),
-        "Restarts/mine");
-}
-
 class OwnFiles : public Cleaning {
 protected:
     OwnFiles()
@@ -373,6 +354,18 @@ TEST_F(OwnFiles, AreKnownByTimesOfWhichAnArchiveHasKeptWholeSeconds)
     set("Solver_Input/a.SlvrMain", whole + second / 4); // no whole second: it was before the run
     set("Solver_Input/a.SlvrRot", whole - 19 * second);
     EXPECT_EQ(strange(), "Solver_Input/a.SlvrMain, Solver_Input/a.SlvrRot");
+}
+
+TEST_F(OwnFiles, AreNotThoseThatComeAsSoonAsTheEndHasBeenSeen)
+{
+    if (!keeps_parts_of_seconds(m_home.path("probe")))
+        GTEST_SKIP() << "times of files are whole seconds here";
+    end_with("-8\n"); // the solver has ended after the controller
+    write("Restarts/a.Rst");
+    write_file(m_home.path(".vortik-run"), "");
+    note_end(m_home.path());
+    write_file(m_home.path("Restarts/mine"), "");
+    EXPECT_EQ(strange_to_clean(m_record), "Restarts/mine");
 }
 
 TEST_F(OwnFiles, OfARunThatDiedAreWhatItsLastProgramMayHaveWrittenAfterIt)

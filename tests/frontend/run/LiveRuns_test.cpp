@@ -28,6 +28,25 @@ using Testing::VortikProcess;
 
 class LiveRun : public Testing::RunTest {
 protected:
+    /// What `talk(link, said)` collects beside a link to the run, in a process of its own: a front
+    /// end that is not ours.
+    template <typename Talk>
+    static std::string said_beside_link(const std::string& root, const Talk& talk)
+    {
+        const auto outcome = Testing::run_isolated([&] {
+            if (LinkManager::Startup() != LinkManager::Success)
+                ::_exit(1);
+            std::string said;
+            {
+                LinkManager::Result result {};
+                VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
+                talk(link, said);
+            }
+            LinkManager::Shutdown();
+            std::cerr << said;
+        });
+        return outcome.err;
+    }
     /// Begins a long run and leaves it to itself. Gives what is remembered of it.
     static std::string begin(const std::string& root)
     {
@@ -112,47 +131,38 @@ TEST_F(LiveRun, IsTheMeaningOfALinkWhoseStampsAreNew)
     const std::string root = make_case("linked", 20);
     const std::string remembered = "vortik run 1\ncase " + root
         + "/case.toml\nname cube\ncompletion " + root + "/.vortik-completion\nhost ";
-    const auto outcome = Testing::run_isolated([&] {
-        std::string said;
+    const auto talk = [&](VRK::GUIConLink& link, std::string& said) {
         const auto say
             = [&](const Testing::Words& command) { said += tidy(all_of(command), root); };
-        if (LinkManager::Startup() != LinkManager::Success)
-            ::_exit(1);
-        LinkManager::Result result {};
-        {
-            VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
-            say({ "run", root });
-            say({ "watch", root });
-            say({ "status", root });
-            (void)link.SetStep(VRK::StepExtractor);
-            (void)link.Touch();
-            say({ "run", root, "--force" });
-            say({ "status", root });
-            // The same number as that of a run of ours that is dead: who touches it?
-            Testing::write_file(root + "/.vortik-completion", "-9\n");
-            char host[256] = {};
-            ::gethostname(host, sizeof host - 1);
-            Testing::write_file(root + "/.vortik-run",
-                remembered + host + "\ncontroller 1\nmark 1@none\nlink "
-                    + std::to_string(link.GetLinkID()) + "\n");
-            std::atomic<bool> touching = true;
-            std::thread controller([&] {
-                while (touching) {
-                    (void)link.Touch();
-                    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-                }
-            });
-            say({ "status", root });
-            touching = false;
-            controller.join();
-            say({ "status", root });
-            (void)link.SetStep(VRK::StepComplete); // it is over, though its front end lives
-            say({ "status", root });
-        }
-        LinkManager::Shutdown();
-        std::cerr << said;
-    });
-    EXPECT_EQ(outcome.err,
+        say({ "run", root });
+        say({ "watch", root });
+        say({ "status", root });
+        (void)link.SetStep(VRK::StepExtractor);
+        (void)link.Touch();
+        say({ "run", root, "--force" });
+        say({ "status", root });
+        // The same number as that of a run of ours that is dead: who touches it?
+        Testing::write_file(root + "/.vortik-completion", "-9\n");
+        char host[256] = {};
+        ::gethostname(host, sizeof host - 1);
+        Testing::write_file(root + "/.vortik-run",
+            remembered + host + "\ncontroller 1\nmark 1@none\nlink "
+                + std::to_string(link.GetLinkID()) + "\n");
+        std::atomic<bool> touching = true;
+        std::thread controller([&] {
+            while (touching) {
+                (void)link.Touch();
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            }
+        });
+        say({ "status", root });
+        touching = false;
+        controller.join();
+        say({ "status", root });
+        (void)link.SetStep(VRK::StepComplete); // it is over, though its front end lives
+        say({ "status", root });
+    };
+    EXPECT_EQ(said_beside_link(root, talk),
         "vortik: a front end has a link for DIR (link N), and no controller is to be seen on it. "
         "Of one that was killed it is gone after half a minute; --force begins a run all the "
         "same\nstatus 2\n"
@@ -175,43 +185,34 @@ TEST_F(LiveRun, IsUnderWayToItsLastWordThoughVortikWasKilledBeforeItKnewTheContr
     const std::string remembered = "vortik run 1\ncase " + root
         + "/case.toml\nname cube\ncompletion " + root + "/.vortik-completion\nhost " + host
         + "\ncontroller -1\nmark \nlink ";
-    const auto outcome = Testing::run_isolated([&] {
-        std::string said;
+    const auto talk = [&](VRK::GUIConLink& link, std::string& said) {
         const auto say
             = [&](const Testing::Words& command) { said += tidy(all_of(command), root); };
-        if (LinkManager::Startup() != LinkManager::Success)
-            ::_exit(1);
-        LinkManager::Result result {};
-        {
-            VRK::GUIConLink link(Tavro::FilePath(root + "/"), result);
-            Testing::write_file(
-                root + "/.vortik-run", remembered + std::to_string(link.GetLinkID()) + "\n");
-            Testing::write_file(root + "/.vortik-completion", "-9\n");
-            (void)link.SetStep(VRK::StepExtractor);
-            (void)link.Touch();
-            VortikProcess watch({ "watch", root });
-            if (!watch.writes("extractor"))
-                std::cerr << "nothing of the extractor: ";
-            (void)link.SetStep(VRK::StepComplete);
-            say({ "status", root });
-            say({ "run", root, "--force" });
-            Testing::write_file(root + "/.vortik-completion", "8\n");
-            say({ "status", root });
-            const int status = watch.ends();
-            said += tidy(watch.output(), root) + "status " + std::to_string(status) + '\n';
-            // A controller that has died there is not waited for.
-            Testing::write_file(root + "/.vortik-completion", "-9\n");
-            VRK::GUIRecord record {};
-            record.step = VRK::StepComplete;
-            record.tLastTouch = ::time(nullptr) - 40;
-            (void)LinkManager::SetLinkData(
-                link.GetLinkID(), sizeof record, reinterpret_cast<const char*>(&record));
-            say({ "status", root });
-        }
-        LinkManager::Shutdown();
-        std::cerr << said;
-    });
-    EXPECT_EQ(outcome.err,
+        Testing::write_file(
+            root + "/.vortik-run", remembered + std::to_string(link.GetLinkID()) + "\n");
+        Testing::write_file(root + "/.vortik-completion", "-9\n");
+        (void)link.SetStep(VRK::StepExtractor);
+        (void)link.Touch();
+        VortikProcess watch({ "watch", root });
+        if (!watch.writes("extractor"))
+            std::cerr << "nothing of the extractor: ";
+        (void)link.SetStep(VRK::StepComplete);
+        say({ "status", root });
+        say({ "run", root, "--force" });
+        Testing::write_file(root + "/.vortik-completion", "8\n");
+        say({ "status", root });
+        const int status = watch.ends();
+        said += tidy(watch.output(), root) + "status " + std::to_string(status) + '\n';
+        // A controller that has died there is not waited for.
+        Testing::write_file(root + "/.vortik-completion", "-9\n");
+        VRK::GUIRecord record {};
+        record.step = VRK::StepComplete;
+        record.tLastTouch = ::time(nullptr) - 40;
+        (void)LinkManager::SetLinkData(
+            link.GetLinkID(), sizeof record, reinterpret_cast<const char*>(&record));
+        say({ "status", root });
+    };
+    EXPECT_EQ(said_beside_link(root, talk),
         "DIR: running, end\nstatus 0\n"
         "vortik: a run is under way in DIR (link N); `vortik watch DIR` shows it, `vortik stop "
         "DIR` stops it\nstatus 2\n"
